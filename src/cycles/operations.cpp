@@ -1,0 +1,91 @@
+#include <algorithm>
+#include <optional>
+
+#include "cycles/cycle_finder.h"
+#include "cycles/cycle_report.h"
+#include "shell/velmoire.h"
+#include "text/utf8.h"
+
+namespace zelvion {
+
+/// What sets the two cycle searches apart.
+struct Velmoire::CycleSearch {
+  std::string title;
+  std::int32_t steps;
+  std::int32_t questionEvery;
+  std::string file;
+  bool longReport;  ///< shown in up to two boxes, and in the output area
+};
+
+std::string Velmoire::CycleSyracuse() {
+  searchCycle({Caption + " Itération k= " + ordrek.Text, 100'000, 1'000, "velmoire.txt", false});
+  return "";
+}
+
+void Velmoire::Command3_Click() {
+  CycleSyracuse();
+}
+
+void Velmoire::Command4_Click() {
+  searchCycle({standardTitle(), 1'000'000, 10'000, "cycle.txt", true});
+}
+
+void Velmoire::searchCycle(const CycleSearch& search) {
+  constexpr std::size_t kFirstBox = 1022;
+  const Moment start = desktop_.now();
+  if (entier.Text.empty()) {
+    inform("Choisissez un nombre à étudier!", search.title);
+    entier.Text = "1";
+  }
+
+  DigitPower power(ordrek.Text);
+  CycleFinder finder(power, entier.Text);
+  std::optional<Cycle> cycle;
+  for (std::int32_t asked = search.questionEvery;; asked += search.questionEvery) {
+    cycle = finder.advance(std::min(asked - 1, search.steps));
+    if (cycle || asked > search.steps) break;
+    const std::string question =
+        std::string("Pas de convergence à ce stade. On continue?").append(text::kLineEnd) + "Après " +
+        std::to_string(asked) + " itérations: " + finder.current();
+    if (!ask(question, search.title)) return;
+  }
+  if (!cycle) {
+    inform(std::to_string(search.steps) + " étapes insuffisantes pour conclure!", search.title);
+    return;
+  }
+
+  std::string report = " Puissance k= " + ordrek.Text + ". Pour " + entier.Text +
+                       ": Convergence vers le CYCLE d'ORDRE " + std::to_string(cycle->order()) + ":";
+  std::string point = finder.current();
+  report.append(text::kLineEnd).append(cycleReport(power, point, cycle->order()));
+  record(search.file, report + std::string(text::kLineEnd));
+
+  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds);
+  inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
+
+  const std::string_view head = search.longReport ? text::prefix(report, kFirstBox) : report;
+  inform(std::string(head), search.title);
+  if (head.size() < report.size()) inform(report.substr(head.size()), search.title);
+  if (search.longReport) RichTextBox1.Text = std::move(report);
+}
+
+std::string Velmoire::ListeCycle(std::string& ent, const std::int32_t& ord) {
+  DigitPower power(ordrek.Text);
+  return cycleReport(power, ent, ord);
+}
+
+std::string Velmoire::ConvertirSecondes(std::int32_t& Valeur) {
+  const auto piece = [&](std::int32_t unit, const char* name) {
+    if (Valeur < unit) return std::string();
+    const std::int32_t count = Valeur / unit;
+    Valeur -= count * unit;
+    return std::to_string(count) + name;
+  };
+  const std::string days = piece(86'400, " Jour(s)");
+  const std::string hours = piece(3'600, " Heure(s)");
+  const std::string minutes = piece(60, " Minute(s)");
+  const std::string seconds = Valeur >= 0 ? std::to_string(Valeur) + " Seconde(s)" : "";
+  return days + " " + hours + " " + minutes + " " + seconds;
+}
+
+}  // namespace zelvion

@@ -1,0 +1,30 @@
+#include "platform/qt/application.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include "platform/qt/accessible_long_text.h"
+#include "platform/qt/fonts.h"
+
+namespace zelvion {
+
+void prepare() {
+  QApplication::setApplicationName("zelvion");
+  QApplication::setFont(screenFont(Font{}));
+  QIcon icon;
+  for (const QString& name : QDir(":/icons").entryList()) icon.addFile(":/icons/" + name);
+  QApplication::setWindowIcon(icon);
+
+  auto* french = new QTranslator(qApp);
+  if (french->load("qtbase_fr", ":/i18n") ||
+      french->load("qtbase_fr", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(french);
+  }
+  QAccessible::installFactory(accessibleLongText);
+}
+
+}  // namespace zelvion

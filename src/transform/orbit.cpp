@@ -1,0 +1,49 @@
+#include "transform/orbit.h"
+
+#include "text/number.h"
+
+namespace zelvion {
+
+bool DigitPower::isZeroText(std::string_view number) noexcept {
+  return number.empty() || number == "0" || number == "-" || number == "-0";
+}
+
+Transformation* DigitPower::transformation() {
+  if (!read_) {
+    const std::int32_t k = text::toInt32(kText_, "La puissance k");
+    if (k >= 1) transformation_.emplace(k);
+    read_ = true;
+  }
+  return transformation_ ? &*transformation_ : nullptr;
+}
+
+void Orbit::advance() {
+  if (isNumber_) {
+    if (number_.limbs().size() > kMaxCharacters / Decimal::kLimbDigits) requireLength(number_.text());
+    silhouette_ = power_.transformation()->apply(silhouette_, number_);
+    return;
+  }
+  if (DigitPower::isZeroText(text_)) {
+    text_.assign(1, '0');
+    return;
+  }
+  requireLength(text_);
+  Transformation* transformation = power_.transformation();
+  requireDigits(text_);
+  if (transformation == nullptr) {
+    text_.clear();
+    return;
+  }
+  silhouette_ = transformation->apply(silhouetteOf(text_), number_);
+  isNumber_ = true;
+}
+
+void Orbit::appendTo(std::string& out) const {
+  if (isNumber_) {
+    number_.appendTo(out);
+  } else {
+    out += text_;
+  }
+}
+
+}  // namespace zelvion

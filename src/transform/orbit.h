@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "transform/transformation.h"
+
+namespace zelvion {
+
+/// The digit-power transformation for one press of a button: k is read from its text when a digit is first
+/// worked on, and not again. For the four zero texts it is never read.
+class DigitPower {
+ public:
+  /// `kText` is k as typed.
+  explicit DigitPower(std::string kText) : kText_(std::move(kText)) {}
+
+  /// Whether `number` is one of the texts that stand for zero: "0", "", "-" or "-0".
+  static bool isZeroText(std::string_view number) noexcept;
+  /// The transformation for k, or null for a k below 1, whose images are empty. Throws std::invalid_argument,
+  /// with a French sentence, if the text of k is no number or out of range.
+  Transformation* transformation();
+
+ private:
+  std::string kText_;
+  bool read_ = false;
+  std::optional<Transformation> transformation_;
+};
+
+/// The iterates of a start value: the start itself, its image, the image of that, and so on. The start may be
+/// any text; from the first image on an iterate is a number, unless the start is a zero text or k is below 1.
+class Orbit {
+ public:
+  /// `power` has to outlive the orbit.
+  Orbit(DigitPower& power, std::string start) : power_(power), text_(std::move(start)) {}
+
+  /// Goes on to the image of the current value. Throws std::invalid_argument or std::length_error, with a
+  /// French sentence, if the value or k cannot be worked on; the current value then stays.
+  void advance();
+
+  /// Whether the current value is held as a number.
+  bool isNumber() const noexcept { return isNumber_; }
+  /// The current value; only if it is held as a number.
+  const Decimal& number() const noexcept { return number_; }
+  /// The silhouette of the current value; only if it is held as a number.
+  const Silhouette& silhouette() const noexcept { return silhouette_; }
+  std::string text() const { return isNumber_ ? number_.text() : text_; }
+  /// Appends the text of the current value to `out`.
+  void appendTo(std::string& out) const;
+
+ private:
+  DigitPower& power_;
+  std::string text_;
+  bool isNumber_ = false;
+  Decimal number_;
+  Silhouette silhouette_;
+};
+
+}  // namespace zelvion

@@ -1,0 +1,251 @@
+#include "transform/transformation.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <numeric>
+#include <stdexcept>
+#include <string>
+
+// The two loops over long rows run four times as fast with wider vectors where the processor has them.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
+#define ZELVION_WIDE_VECTORS __attribute__((target_clones("avx2", "default")))
+#else
+#define ZELVION_WIDE_VECTORS
+#endif
+
+namespace zelvion {
+namespace {
+
+constexpr std::size_t kBlock = 8;  // rows are whole blocks of limbs, so that loops over them have no rest
+
+// A short image is summed in limbs of sixteen digits, of which 64 bits hold a sum of 1,844 without a carry;
+// it has too few limbs for vectors to pay.
+constexpr std::uint64_t kShortBase = 10'000'000'000'000'000;
+constexpr std::uint32_t kShortMaxCount = 1'844;
+constexpr std::size_t kShortMaxLimbs = 32;
+constexpr std::size_t kShortLimbsPerWord = 7;
+
+// Counts of the digits 1 to 9 in nine fields of seven bits: four digits are counted by one look-up and one
+// addition, and a word holds the counts of up to 127 digits.
+constexpr unsigned kFieldBits = 7;
+constexpr std::size_t kLimbsPerWord = 15;
+
+constexpr std::array<std::uint64_t, 10'000> kPackedCounts = [] {
+  std::array<std::uint64_t, 10'000> table{};
+  for (unsigned group = 0; group < table.size(); ++group) {
+    for (unsigned rest = group; rest > 0; rest /= 10) {
+      if (rest % 10 > 0) table[group] += std::uint64_t{1} << (kFieldBits * (rest % 10 - 1));
+    }
+  }
+  return table;
+}();
+
+// sums[j] = the sum over the nine digits of count * row[j]. A sum is below kMaxCount * 10^8 < 2^47.
+ZELVION_WIDE_VECTORS void addProducts(const std::uint32_t* __restrict rows, std::size_t stride,
+                                      const std::uint32_t* __restrict counts,
+                                      std::uint64_t* __restrict sums) {
+  const std::uint64_t c1 = counts[0], c2 = counts[1], c3 = counts[2], c4 = counts[3], c5 = counts[4],
+                      c6 = counts[5], c7 = counts[6], c8 = counts[7], c9 = counts[8];
+  for (std::size_t j = 0; j < stride; ++j) {
+    sums[j] = c1 * rows[j] + c2 * rows[stride + j] + c3 * rows[2 * stride + j] + c4 * rows[3 * stride + j] +
+              c5 * rows[4 * stride + j] + c6 * rows[5 * stride + j] + c7 * rows[6 * stride + j] +
+              c8 * rows[7 * stride + j] + c9 * rows[8 * stride + j];
+  }
+}
+
+// Turns sums into limbs below kBase. Every limb hands its carry, below 2^20, to the next one; what that
+// leaves to carry is 0 or 1 and is handed on in a second pass; a limb of eight nines would have to hand it on
+// once more, which is rare: the result tells whether there is one, and settleRipples does it. `scratch` has
+// two rows of stride + 1 limbs.
+ZELVION_WIDE_VECTORS bool carrySums(const std::uint64_t* __restrict sums, std::size_t stride,
+                                    std::uint32_t* __restrict scratch, std::uint32_t* __restrict limbs) {
+  constexpr std::uint64_t kBase = Decimal::kBase;
+  constexpr std::uint64_t kReciprocal =
+      (std::uint64_t{1} << 58) / kBase;  // for sums without their low 15 bits
+  // One limb of zeros goes before the first of each row.
+  std::uint32_t* __restrict high = scratch;
+  std::uint32_t* __restrict low = scratch + stride + 1;
+  high[0] = 0;
+  low[0] = 0;
+  for (std::size_t j = 0; j < stride; ++j) {
+    const std::uint64_t estimate = ((sums[j] >> 15) * kReciprocal) >> 43;  // the quotient or one less
+    const auto rest = static_cast<std::uint32_t>(sums[j] - estimate * kBase);
+    const std::uint32_t more = rest >= Decimal::kBase ? 1 : 0;
+    low[j + 1] = rest - more * Decimal::kBase;
+    high[j + 1] = static_cast<std::uint32_t>(estimate) + more;
+  }
+  for (std::size_t j = 0; j < stride; ++j) low[j + 1] += high[j];
+  std::uint32_t full = 0;
+  for (std::size_t j = 0; j < stride; ++j) {
+    const std::uint32_t carried = low[j] >= Decimal::kBase ? 1 : 0;
+    const std::uint32_t kept = low[j + 1] >= Decimal::kBase ? low[j + 1] - Decimal::kBase : low[j + 1];
+    limbs[j] = kept + carried;
+    full |= kept + carried == Decimal::kBase ? 1U : 0U;
+  }
+  return full != 0;
+}
+
+void settleRipples(std::vector<std::uint32_t>& limbs) {
+  std::uint32_t carry = 0;
+  for (std::uint32_t& limb : limbs) {
+    limb += carry;
+    carry = limb >= Decimal::kBase ? 1 : 0;
+    limb -= carry * Decimal::kBase;
+  }
+}
+
+void unpackCounts(std::uint64_t word, Silhouette& silhouette) {
+  for (unsigned i = 0; i < 9; ++i) {
+    silhouette.counts[i] += static_cast<std::uint32_t>(word >> (kFieldBits * i)) & ((1U << kFieldBits) - 1);
+  }
+}
+
+// The short image of a silhouette: `rows` has the nine powers' limbs of sixteen digits, limb by limb, the
+// image goes into `limbs` as limbs of eight. Its digits are counted on the way.
+Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhouette& silhouette,
+                      std::uint32_t* limbs) {
+  const auto& c = silhouette.counts;
+  Silhouette image;
+  std::uint64_t carry = 0;
+  std::uint64_t word = 0;
+  for (std::size_t i = 0; i < size; ++i, rows += 9) {
+    const std::uint64_t sum = c[0] * rows[0] + c[1] * rows[1] + c[2] * rows[2] + c[3] * rows[3] +
+                              c[4] * rows[4] + c[5] * rows[5] + c[6] * rows[6] + c[7] * rows[7] +
+                              c[8] * rows[8] + carry;
+    carry = sum / kShortBase;
+    const std::uint64_t limb = sum % kShortBase;
+    const auto high = static_cast<std::uint32_t>(limb / Decimal::kBase);
+    const auto low = static_cast<std::uint32_t>(limb % Decimal::kBase);
+    limbs[2 * i] = low;
+    limbs[2 * i + 1] = high;
+    word += kPackedCounts[high / 10'000] + kPackedCounts[high % 10'000] + kPackedCounts[low / 10'000] +
+            kPackedCounts[low % 10'000];
+    if (i % kShortLimbsPerWord == kShortLimbsPerWord - 1) {
+      unpackCounts(word, image);
+      word = 0;
+    }
+  }
+  unpackCounts(word, image);
+  return image;
+}
+
+}  // namespace
+
+Silhouette silhouetteOf(const Decimal& number) {
+  Silhouette silhouette;
+  std::span<const Decimal::Limb> limbs = number.limbs();
+  while (!limbs.empty()) {
+    const std::size_t size = std::min(limbs.size(), kLimbsPerWord);
+    std::uint64_t word = 0;
+    for (const Decimal::Limb limb : limbs.first(size)) {
+      word += kPackedCounts[limb / 10'000] + kPackedCounts[limb % 10'000];
+    }
+    unpackCounts(word, silhouette);
+    limbs = limbs.subspan(size);
+  }
+  return silhouette;
+}
+
+Silhouette silhouetteOf(std::string_view digits) {
+  Silhouette silhouette;
+  for (const char c : digits) {
+    if (c >= '1' && c <= '9') ++silhouette.counts[static_cast<std::size_t>(c - '1')];
+  }
+  return silhouette;
+}
+
+Transformation::Transformation(std::int32_t k) : k_(k) {
+  assert(k >= 1);
+  const auto tooLong = [&](int digit) { return k * std::log10(digit) + 1 > kMaxImageDigits; };
+  while (tooLong(greatestDigit_)) --greatestDigit_;
+
+  std::array<Decimal, 10> powers;
+  const auto exponent = static_cast<std::uint64_t>(k);
+  for (int digit = 1; digit <= greatestDigit_; ++digit) {
+    const auto d = static_cast<std::size_t>(digit);
+    switch (digit) {
+      case 4:
+        powers[d] = powers[2] * powers[2];
+        break;
+      case 6:
+        powers[d] = powers[2] * powers[3];
+        break;
+      case 8:
+        powers[d] = powers[2] * powers[4];
+        break;
+      case 9:
+        powers[d] = powers[3] * powers[3];
+        break;
+      default:
+        powers[d] = Decimal::power(Decimal(d), exponent);
+        break;
+    }
+  }
+
+  // kMaxCount powers add up to at most one limb more.
+  const std::size_t longest = powers[static_cast<std::size_t>(greatestDigit_)].limbs().size() + 1;
+  stride_ = (longest + kBlock - 1) / kBlock * kBlock;
+  rows_.resize(9 * stride_);
+  for (std::size_t digit = 1; digit <= 9; ++digit) {
+    const auto limbs = powers[digit].limbs();
+    std::copy(limbs.begin(), limbs.end(), rows_.begin() + static_cast<std::ptrdiff_t>((digit - 1) * stride_));
+  }
+  sums_.resize(stride_);
+  scratch_.resize(2 * (stride_ + 1));
+  limbs_.resize(stride_);
+
+  const std::size_t shortSize = (longest + 1) / 2;
+  if (shortSize > kShortMaxLimbs) return;
+  shortRows_.resize(9 * shortSize);
+  for (std::size_t i = 0; i < shortSize; ++i) {
+    for (std::size_t row = 0; row < 9; ++row) {
+      const std::uint32_t* limbs = &rows_[row * stride_ + 2 * i];
+      shortRows_[9 * i + row] = limbs[0] + std::uint64_t{limbs[1]} * Decimal::kBase;
+    }
+  }
+}
+
+Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
+  const auto& counts = silhouette.counts;
+  for (int digit = 9; digit > greatestDigit_; --digit) {
+    const long double count = counts[static_cast<std::size_t>(digit - 1)];
+    // Of powers so long the greatest alone decides the length.
+    if (count > 0)
+      refuse(static_cast<std::size_t>(k_ * std::log10(static_cast<long double>(digit)) + std::log10(count)) +
+             1);
+  }
+  if (!shortRows_.empty() && std::accumulate(counts.begin(), counts.end(), 0U) <= kShortMaxCount) {
+    const std::size_t size = shortRows_.size() / 9;
+    const Silhouette result = applyShort(shortRows_.data(), size, silhouette, limbs_.data());
+    image.assign(std::span(limbs_).first(2 * size));
+    return result;
+  }
+  addProducts(rows_.data(), stride_, counts.data(), sums_.data());
+  if (carrySums(sums_.data(), stride_, scratch_.data(), limbs_.data())) settleRipples(limbs_);
+  image.assign(limbs_);
+  if (image.digits() > kMaxImageDigits) refuse(image.digits());
+  return silhouetteOf(image);
+}
+
+Decimal Transformation::image(const Silhouette& silhouette) {
+  Decimal image;
+  apply(silhouette, image);
+  return image;
+}
+
+Decimal Transformation::power(int digit) const {
+  assert(digit >= 1 && digit <= greatestDigit_);
+  Decimal power;
+  power.assign(std::span(rows_).subspan(static_cast<std::size_t>(digit - 1) * stride_, stride_));
+  return power;
+}
+
+void Transformation::refuse(std::size_t digits) const {
+  throw std::length_error("Avec la puissance k = " + std::to_string(k_) + ", le transformé aurait " +
+                          std::to_string(digits) + " chiffres ; le maximum est de " +
+                          std::to_string(kMaxImageDigits) +
+                          " chiffres. Choisissez une puissance k plus petite.");
+}
+
+}  // namespace zelvion

@@ -67,7 +67,8 @@ TEST(Catalogue, LacksOneNumberOfAll) {
 }
 
 TEST(CompleteSearch, FindsNothingFromOrder40OnAndOnlyFixedPointsBefore) {
-  for (int order = 40; order <= kLastPossibleOrder; ++order) EXPECT_TRUE(narcissisticNumbers(order).empty()) << order;
+  for (int order = 40; order <= kLastPossibleOrder; ++order)
+    EXPECT_TRUE(narcissisticNumbers(order).empty()) << order;
   for (int order = 1; order <= 39; ++order) {
     Transformation transformation(order);
     for (const Decimal& number : narcissisticNumbers(order)) {

@@ -22,8 +22,9 @@ std::string silhouettes(int digits) {
 
 // The narcissistic numbers of some orders, an order a line or more.
 std::string narcissisticList(int first, int last) {
-  std::string list = "Nombres de Amstrong, ou nombres narcissiques parfaits, de k = " + std::to_string(first) +
-                     " à k = " + std::to_string(last) + "\n\n";
+  std::string list =
+      "Nombres de Amstrong, ou nombres narcissiques parfaits, de k = " + std::to_string(first) +
+      " à k = " + std::to_string(last) + "\n\n";
   for (int order = first; order <= last; ++order) {
     std::string line = "k = " + std::to_string(order) + " : ";
     const std::string indent(line.size(), ' ');
@@ -46,8 +47,8 @@ std::string narcissisticList(int first, int last) {
 }  // namespace
 
 std::map<std::string, std::string> dataFiles() {
-  return {{"Listenbre2.txt", silhouettes(2)},           {"Listenbre3.txt", silhouettes(3)},
-          {"Listenbre4.txt", silhouettes(4)},           {"amstrong.txt", narcissisticList(1, 23)},
+  return {{"Listenbre2.txt", silhouettes(2)},          {"Listenbre3.txt", silhouettes(3)},
+          {"Listenbre4.txt", silhouettes(4)},          {"amstrong.txt", narcissisticList(1, 23)},
           {"amstrong2.txt", narcissisticList(24, 36)}, {"amstrong3.txt", narcissisticList(37, 39)}};
 }
 

@@ -83,7 +83,8 @@ TEST_F(Laws, PressesInARowGiveTheSameAndKeepNoMemory) {
   desktop_.answerAll([](const Box& box) { return box.buttons == Buttons::Ok ? Answer::Ok : Answer::Yes; });
   const auto presses = [&] {
     std::string all;
-    form_.entier.Text = "789";
+    form_.Form_Load();
+    form_.Command1_Click();
     for (const char* name :
          {"Command3", "Command4", "Command5", "Command6", "Command2", "Command8", "Command9"}) {
       for (const char* k : {"7", "24", "abc", "2147483647"}) {

@@ -27,7 +27,7 @@ std::uint64_t magnitude(std::int64_t value) {
   return static_cast<std::uint64_t>(std::abs(value));
 }
 
-std::string withoutNegativeZero(std::string result) {
+std::string withoutNegativeZero(const std::string& result) {
   return result == "-0" ? "0" : result;
 }
 

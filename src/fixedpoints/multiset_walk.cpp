@@ -53,7 +53,7 @@ MultisetWalk::MultisetWalk(std::int32_t k, std::int32_t nines) : k_(k), nines_(n
 void MultisetWalk::prepare() {
   const Transformation transformation(k_);
   const Decimal nine = transformation.power(9);
-  const auto mostDigits = static_cast<std::size_t>(nines_ + kMaxDigits);
+  const auto mostDigits = static_cast<std::size_t>(nines_) + kMaxDigits;
   const std::size_t imageDigits = (nine * Decimal(mostDigits)).digits();
   size_ = (imageDigits + kLimbDigits - 1) / kLimbDigits;
 

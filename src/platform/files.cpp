@@ -83,7 +83,7 @@ std::string readWhole(const std::string& path) {
   if (!file.valid()) fail(path, errno);
   std::string text;
   text.reserve(static_cast<std::size_t>(regularSize(file, path)));
-  std::array<char, 1 << 16> buffer;
+  std::array<char, 1 << 16> buffer{};
   while (true) {
     const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
     if (count == 0) return text;

@@ -72,7 +72,7 @@ class Advances {
 
  private:
   QFontMetricsF metrics_;
-  std::array<qreal, 256> latin_;
+  std::array<qreal, 256> latin_{};
   QHash<char32_t, qreal> others_;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/qt/message_box.h"
 
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScreen>
@@ -14,6 +15,7 @@ namespace {
 
 constexpr int kLongestTitle = 250;     // characters that a title bar surely takes
 constexpr int kTitleBarButtons = 180;  // their width and that of the frame
+constexpr int kLargestTitleFont = 14;  // pixels; where the desktop tells none, the toolkit's guess is larger
 constexpr int kNarrowest = 240;
 constexpr int kComfortable = 640;            // where lines are still easy to read
 constexpr QSize kFrameAndBorder = {24, 64};  // what a box leaves free of the screen
@@ -84,6 +86,7 @@ void MessageBox::fit(const QString& title) {
   const int margins = layout()->contentsMargins().left() + layout()->contentsMargins().right();
   QFont barFont = QFontDatabase::systemFont(QFontDatabase::TitleFont);
   barFont.setBold(true);
+  if (QFontInfo(barFont).pixelSize() > kLargestTitleFont) barFont.setPixelSize(kLargestTitleFont);
   const QString barTitle = shortTitle(title);
   const int bar = QFontMetrics(barFont).horizontalAdvance(barTitle) + kTitleBarButtons;
   const bool titleFits = barTitle == title && bar <= largest.width();

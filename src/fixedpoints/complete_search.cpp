@@ -47,8 +47,21 @@ Sum<kSize> toSum(const Decimal& number) {
   return sum;
 }
 
-// Division of a number below 10^16 by a power of ten, as a product: exact since 2^54 is more than 10^16 and the
-// multiplier, rounded up, has 64 bits.
+// Ten counts of digits, each up to 63, in one word.
+class Counts {
+ public:
+  std::uint64_t operator[](std::size_t digit) const {
+    return (word_ >> (kBits * digit)) & ((1U << kBits) - 1);
+  }
+  void add(std::size_t digit, std::uint64_t count) { word_ += count << (kBits * digit); }
+
+ private:
+  static constexpr unsigned kBits = 6;
+  std::uint64_t word_ = 0;
+};
+
+// Division of a number below 10^16 by a power of ten, as a product: exact since 2^54 is more than 10^16 and
+// the multiplier, rounded up, has 64 bits.
 class PowerOfTen {
  public:
   explicit PowerOfTen(std::uint64_t value = 1) {
@@ -102,16 +115,17 @@ class Search {
  private:
   // What is known of a number on the way down: the digits that it has for certain, and its leading digits.
   struct Node {
-    Sum<kSize> sum{};                      // of the powers of the certain digits
-    std::array<std::uint8_t, 10> certain{};  // how often each digit stands in it for certain
-    std::array<std::uint8_t, 10> leading{};  // how often among its leading digits
-    std::size_t left = 0;                  // digits not yet certain
-    std::size_t known = 0;                 // leading digits known
+    Sum<kSize> sum{};       // of the powers of the certain digits
+    Counts certain;         // how often each digit stands in it for certain
+    Counts leading;         // how often among its leading digits
+    std::size_t left = 0;   // digits not yet certain
+    std::size_t known = 0;  // leading digits known
   };
 
-  unsigned digitAt(const Sum<kSize>& number, std::size_t position) const {
+  // The digits of a number down to this position, as far as they stand in one limb.
+  std::uint64_t digitsTo(const Sum<kSize>& number, std::size_t position) const {
     const std::size_t place = order_ - 1 - position;
-    return static_cast<unsigned>(tens_[place % kLimbDigits].divide(number[place / kLimbDigits]) % 10);
+    return tens_[place % kLimbDigits].divide(number[place / kLimbDigits]);
   }
 
   // Finds the numbers that have the node's certain digits, no more digits above `greatest`, and else any.
@@ -125,29 +139,30 @@ class Search {
       Node child = node;
       child.sum = node.sum + multiples_[greatest][more];
       if (isLess(highest_, child.sum)) return;
-      child.certain[greatest] = static_cast<std::uint8_t>(node.certain[greatest] + more);
+      child.certain.add(greatest, more);
       child.left = node.left - more;
       descend(child, greatest - 1);
     }
   }
 
-  // A number lies between the sum and the sum with every digit left as great as can be. The leading digits that
-  // both bounds share are its own, which makes digits certain and the bounds narrower, again and again. False if
-  // there is no such number.
+  // A number lies between the sum and the sum with every digit left as great as can be. The leading digits
+  // that both bounds share are its own, which makes digits certain and the bounds narrower, again and again.
+  // False if there is no such number.
   bool narrow(Node& node, std::size_t greatest) const {
     for (bool narrower = true; narrower;) {
       narrower = false;
       Sum<kSize> high = node.sum + multiples_[greatest][node.left];
       if (isLess(high, lowest_) || isLess(highest_, node.sum)) return false;
       if (isLess(highest_, high)) high = highest_;
-      const Sum<kSize>& low = isLess(node.sum, lowest_) ? lowest_ : node.sum;
-      const Sum<kSize> bound = low;
+      const Sum<kSize> low = isLess(node.sum, lowest_) ? lowest_ : node.sum;
       for (; node.known < order_; ++node.known) {
-        const unsigned digit = digitAt(bound, node.known);
-        if (digit != digitAt(high, node.known)) break;
-        if (++node.leading[digit] <= node.certain[digit]) continue;
+        const std::uint64_t digits = digitsTo(low, node.known);
+        if (digits != digitsTo(high, node.known)) break;
+        const std::size_t digit = digits % 10;
+        node.leading.add(digit, 1);
+        if (node.leading[digit] <= node.certain[digit]) continue;
         if (digit > greatest || node.left == 0) return false;
-        ++node.certain[digit];
+        node.certain.add(digit, 1);
         --node.left;
         node.sum = node.sum + multiples_[digit][1];
         narrower = true;

@@ -1,32 +1,33 @@
 #include "cycles/cycle_finder.h"
 
-#include <algorithm>
-
 namespace zelvion {
-namespace {
-
-// Odd numbers without a pattern (the fractional parts of square roots of primes).
-constexpr std::array<std::uint64_t, 9> kMultipliers = {
-    0x6A09E667F3BCC909, 0xBB67AE8584CAA73B, 0x3C6EF372FE94F82B, 0xA54FF53A5F1D36F1, 0x510E527FADE682D1,
-    0x9B05688C2B3E6C1F, 0x1F83D9ABFB41BD6B, 0x5BE0CD19137E2179, 0xCBBB9D5DC1059ED9};
-
-std::uint32_t hashOf(const Silhouette& silhouette) {
-  std::uint64_t hash = 0;
-  for (std::size_t i = 0; i < kMultipliers.size(); ++i) hash += silhouette.counts[i] * kMultipliers[i];
-  return static_cast<std::uint32_t>(((hash ^ (hash >> 32)) * kMultipliers[0]) >> 32);
+// A key keeps the counts of a number that can be transformed, of at most 32,766 digits. A longer one may
+// share its key with another number, but it has no successor with which it could be mistaken.
+CycleFinder::Key CycleFinder::pack(const Silhouette& silhouette) {
+  Key key{};
+  for (std::size_t i = 0; i < silhouette.counts.size(); ++i) {
+    key[i / 4] |= std::uint64_t{silhouette.counts[i]} << (16 * (i % 4));
+  }
+  return key;
 }
 
-std::array<std::uint16_t, 9> compact(const Silhouette& silhouette) {
-  std::array<std::uint16_t, 9> counts{};
-  for (std::size_t i = 0; i < counts.size(); ++i)
-    counts[i] = static_cast<std::uint16_t>(silhouette.counts[i]);
-  return counts;
+Silhouette CycleFinder::unpack(const Key& key) {
+  Silhouette silhouette;
+  for (std::size_t i = 0; i < silhouette.counts.size(); ++i) {
+    silhouette.counts[i] = static_cast<std::uint16_t>(key[i / 4] >> (16 * (i % 4)));
+  }
+  return silhouette;
 }
 
-}  // namespace
+// The multipliers are odd numbers without a pattern (from the square roots of the first primes).
+std::uint32_t CycleFinder::hashOf(const Key& key) {
+  const std::uint64_t hash =
+      key[0] * 0x6A09E667F3BCC909 + key[1] * 0xBB67AE8584CAA73B + key[2] * 0x3C6EF372FE94F82B;
+  return static_cast<std::uint32_t>(((hash ^ (hash >> 32)) * 0xA54FF53A5F1D36F1) >> 32);
+}
 
 CycleFinder::CycleFinder(DigitPower& power, const std::string& start) : power_(power), orbit_(power, start) {
-  history_.push_back(compact(silhouetteOf(start)));
+  history_.push_back(pack(silhouetteOf(start)));
   table_.resize(std::size_t{1} << tableBits_);
 }
 
@@ -37,10 +38,11 @@ std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
     ++step_;
     if (orbit_.isNumber()) {
       if (returnsTo_ > 0) return Cycle{step_, returnsTo_};
-      const std::int32_t seen = findOrInsert();
+      const Key key = pack(orbit_.silhouette());
+      const std::int32_t seen = findOrInsert(key);
       if (seen > 0 && equalsCurrent(seen)) return Cycle{step_, seen};
       if (seen > 0) returnsTo_ = seen + 1;
-      history_.push_back(compact(orbit_.silhouette()));
+      history_.push_back(key);
     } else if (step_ > 1 && orbit_.text() == previousText_) {
       // Iterates that are no numbers are the empty text at most once, and then zeros.
       return Cycle{step_, step_ - 1};
@@ -50,9 +52,9 @@ std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
 }
 
 // The earlier step with the silhouette of the current one, or 0 after noting the current one.
-std::int32_t CycleFinder::findOrInsert() {
+std::int32_t CycleFinder::findOrInsert(const Key& key) {
   if (2 * used_ >= table_.size()) grow();
-  const std::uint32_t hash = hashOf(orbit_.silhouette());
+  const std::uint32_t hash = hashOf(key);
   const std::size_t mask = table_.size() - 1;
   for (std::size_t slot = hash >> (32 - tableBits_);; slot = (slot + 1) & mask) {
     const std::uint64_t entry = table_[slot];
@@ -63,7 +65,7 @@ std::int32_t CycleFinder::findOrInsert() {
     }
     if (entry >> 32 != hash) continue;
     const auto step = static_cast<std::int32_t>(entry & 0xFFFFFFFF);
-    if (history_[static_cast<std::size_t>(step)] == compact(orbit_.silhouette())) return step;
+    if (history_[static_cast<std::size_t>(step)] == key) return step;
   }
 }
 
@@ -83,12 +85,10 @@ void CycleFinder::grow() {
 // Equal silhouettes are not equal numbers: the iterate of that step is worked out anew from the silhouette
 // before.
 bool CycleFinder::equalsCurrent(std::int32_t step) {
-  const Counts& before = history_[static_cast<std::size_t>(step - 1)];
+  const Key& before = history_[static_cast<std::size_t>(step - 1)];
   if (before == history_.back()) return true;
-  Silhouette silhouette;
-  std::copy(before.begin(), before.end(), silhouette.counts.begin());
   Decimal iterate;
-  power_.transformation()->apply(silhouette, iterate);
+  power_.transformation()->apply(unpack(before), iterate);
   return iterate == orbit_.number();
 }
 

@@ -38,9 +38,13 @@ class CycleFinder {
   std::string current() const { return orbit_.text(); }
 
  private:
-  using Counts = std::array<std::uint16_t, 9>;
+  /// A silhouette in words: nine counts of 16 bits.
+  using Key = std::array<std::uint64_t, 3>;
 
-  std::int32_t findOrInsert();
+  static Key pack(const Silhouette& silhouette);
+  static Silhouette unpack(const Key& key);
+  static std::uint32_t hashOf(const Key& key);
+  std::int32_t findOrInsert(const Key& key);
   void grow();
   bool equalsCurrent(std::int32_t step);
 
@@ -49,7 +53,7 @@ class CycleFinder {
   std::int32_t step_ = 0;
   std::int32_t returnsTo_ = 0;  ///< the step that the next iterate equals, where that is known
   std::string previousText_;
-  std::deque<Counts> history_;        ///< the silhouettes of the iterates from entry 0, the start, on
+  std::deque<Key> history_;           ///< the silhouettes of the iterates from entry 0, the start, on
   std::vector<std::uint64_t> table_;  ///< half a hash and the step of its silhouette; 0 where free
   unsigned tableBits_ = 10;
   std::size_t used_ = 0;

@@ -13,7 +13,7 @@ using Limb = Decimal::Limb;
 using Limbs = std::span<const Limb>;
 
 // From this length of the shorter operand on, transforms are faster than columns.
-constexpr std::size_t kTransformLength = 112;
+constexpr std::size_t kTransformLength = 640;
 
 // The textbook way, with the columns left without a carry until the end: a column adds at most
 // kTransformLength products below 10^16, which 64 bits hold.

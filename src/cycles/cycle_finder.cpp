@@ -1,6 +1,15 @@
 #include "cycles/cycle_finder.h"
 
+#include <algorithm>
+
 namespace zelvion {
+namespace {
+
+// So many steps lie between working out an iterate and looking for its silhouette in the table: by then the
+// place in the table, which no cache holds, has been fetched.
+constexpr std::int32_t kAhead = 8;
+
+}  // namespace
 // A key keeps the counts of a number that can be transformed, of at most 32,766 digits. A longer one may
 // share its key with another number, but it has no successor with which it could be mistaken.
 CycleFinder::Key CycleFinder::pack(const Silhouette& silhouette) {
@@ -33,27 +42,43 @@ CycleFinder::CycleFinder(DigitPower& power, const std::string& start) : power_(p
 
 std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
   while (step_ < last) {
-    if (!orbit_.isNumber()) previousText_ = orbit_.text();
-    orbit_.advance();
-    ++step_;
-    if (orbit_.isNumber()) {
-      if (returnsTo_ > 0) return Cycle{step_, returnsTo_};
-      const Key key = pack(orbit_.silhouette());
-      const std::int32_t seen = findOrInsert(key);
-      if (seen > 0 && equalsCurrent(seen)) return Cycle{step_, seen};
-      if (seen > 0) returnsTo_ = seen + 1;
-      history_.push_back(key);
-    } else if (step_ > 1 && orbit_.text() == previousText_) {
-      // Iterates that are no numbers are the empty text at most once, and then zeros.
-      return Cycle{step_, step_ - 1};
+    const std::int32_t reached = lookAhead(std::min(last, step_ + kAhead));
+    while (step_ < reached) {
+      ++step_;
+      if (const std::int32_t first = earlierEqual(); first > 0) return Cycle{step_, first};
     }
   }
   return std::nullopt;
 }
 
+// Works out the iterates up to step `last`, or one of those that are no numbers, and returns the last step
+// done.
+std::int32_t CycleFinder::lookAhead(std::int32_t last) {
+  if (2 * (used_ + static_cast<std::size_t>(kAhead)) > table_.size()) grow();
+  for (std::int32_t step = step_; step < last; ++step) {
+    if (!orbit_.isNumber()) previousText_ = orbit_.text();
+    orbit_.advance();
+    if (!orbit_.isNumber()) return step + 1;
+    history_.push_back(pack(orbit_.silhouette()));
+    __builtin_prefetch(&table_[hashOf(history_.back()) >> (32 - tableBits_)]);
+  }
+  return last;
+}
+
+// The step whose iterate the current one equals, or 0.
+std::int32_t CycleFinder::earlierEqual() {
+  // Iterates that are no numbers are the empty text at most once, and then zeros.
+  if (!orbit_.isNumber()) return step_ > 1 && orbit_.text() == previousText_ ? step_ - 1 : 0;
+  if (returnsTo_ > 0) return returnsTo_;
+  const std::int32_t seen = findOrInsert();
+  if (seen == 0 || iterate(seen) == iterate(step_)) return seen;
+  returnsTo_ = seen + 1;
+  return 0;
+}
+
 // The earlier step with the silhouette of the current one, or 0 after noting the current one.
-std::int32_t CycleFinder::findOrInsert(const Key& key) {
-  if (2 * used_ >= table_.size()) grow();
+std::int32_t CycleFinder::findOrInsert() {
+  const Key& key = history_[static_cast<std::size_t>(step_)];
   const std::uint32_t hash = hashOf(key);
   const std::size_t mask = table_.size() - 1;
   for (std::size_t slot = hash >> (32 - tableBits_);; slot = (slot + 1) & mask) {
@@ -82,14 +107,13 @@ void CycleFinder::grow() {
   }
 }
 
-// Equal silhouettes are not equal numbers: the iterate of that step is worked out anew from the silhouette
-// before.
-bool CycleFinder::equalsCurrent(std::int32_t step) {
-  const Key& before = history_[static_cast<std::size_t>(step - 1)];
-  if (before == history_.back()) return true;
-  Decimal iterate;
-  power_.transformation()->apply(unpack(before), iterate);
-  return iterate == orbit_.number();
+// The iterate of a step, from the silhouette before it.
+Decimal CycleFinder::iterate(std::int32_t step) const {
+  return power_.transformation()->image(unpack(history_[static_cast<std::size_t>(step - 1)]));
+}
+
+std::string CycleFinder::current() const {
+  return orbit_.isNumber() && step_ > 0 ? iterate(step_).text() : orbit_.text();
 }
 
 }  // namespace zelvion

@@ -35,7 +35,7 @@ class CycleFinder {
   std::optional<Cycle> advance(std::int32_t last);
 
   /// The text of the iterate that was reached.
-  std::string current() const { return orbit_.text(); }
+  std::string current() const;
 
  private:
   /// A silhouette in words: nine counts of 16 bits.
@@ -44,12 +44,15 @@ class CycleFinder {
   static Key pack(const Silhouette& silhouette);
   static Silhouette unpack(const Key& key);
   static std::uint32_t hashOf(const Key& key);
-  std::int32_t findOrInsert(const Key& key);
+
+  std::int32_t lookAhead(std::int32_t last);
+  std::int32_t earlierEqual();
+  std::int32_t findOrInsert();
+  Decimal iterate(std::int32_t step) const;
   void grow();
-  bool equalsCurrent(std::int32_t step);
 
   DigitPower& power_;
-  Orbit orbit_;
+  Orbit orbit_;  ///< some steps ahead of step_
   std::int32_t step_ = 0;
   std::int32_t returnsTo_ = 0;  ///< the step that the next iterate equals, where that is known
   std::string previousText_;

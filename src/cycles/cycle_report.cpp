@@ -5,42 +5,39 @@
 
 namespace zelvion {
 
-std::string cycleReport(DigitPower& power, std::string& point, std::int32_t order) {
-  // Beside the start, the extreme points are kept as places in the list.
-  struct Place {
-    std::size_t begin = 0;
-    std::size_t size = 0;
-  };
-  std::string list = "(" + point;
-  list.reserve(static_cast<std::size_t>(order) * (point.size() + 2));
-  Place last{1, point.size()};
-  Place largest = last;
-  Place smallest = last;
-  const auto textAt = [&](const Place& place) {
-    return std::string_view(list).substr(place.begin, place.size);
-  };
+void appendCycleReport(std::string& report, DigitPower& power, std::string& point, std::int32_t order) {
+  constexpr std::size_t kSeparator = 2;
+  report.reserve(report.size() + static_cast<std::size_t>(order) * (point.size() + kSeparator + 1));
+  report.append("(").append(point);
 
+  // The points that are numbers are compared as such; their extremes meet the start, which may be any text,
+  // at the end.
+  std::string largest = point;
+  std::string smallest = point;
+  const auto include = [&](const std::string& text) {
+    if (isGreater(text, largest)) largest = text;
+    if (isGreater(smallest, text)) smallest = text;
+  };
+  std::optional<Decimal> largestNumber;
+  std::optional<Decimal> smallestNumber;
   Orbit orbit(power, point);
   for (std::int32_t i = 1; i < order; ++i) {
     orbit.advance();
-    list += ", ";
-    last.begin = list.size();
-    orbit.appendTo(list);
-    last.size = list.size() - last.begin;
-    if (isGreater(textAt(last), textAt(largest))) largest = last;
-    if (isGreater(textAt(smallest), textAt(last))) smallest = last;
+    report.append(", ");
+    orbit.appendTo(report);
+    if (!orbit.isNumber()) {
+      include(orbit.text());
+      continue;
+    }
+    if (!largestNumber || orbit.number() > *largestNumber) largestNumber = orbit.number();
+    if (!smallestNumber || orbit.number() < *smallestNumber) smallestNumber = orbit.number();
   }
-  const std::string greatest(textAt(largest));
-  const std::string least(textAt(smallest));
-  point = textAt(last);
-  return list.append(")")
-      .append(text::kLineEnd)
-      .append("Points extrêmes du cycle: ")
-      .append(least)
-      .append(", ")
-      .append(greatest)
-      .append(" nombre de chiffres maximum: ")
-      .append(std::to_string(text::length(greatest)));
+  if (largestNumber) include(largestNumber->text());
+  if (smallestNumber) include(smallestNumber->text());
+  point = orbit.text();
+  report.append(")").append(text::kLineEnd).append("Points extrêmes du cycle: ");
+  report.append(smallest).append(", ").append(largest);
+  report.append(" nombre de chiffres maximum: ").append(std::to_string(text::length(largest)));
 }
 
 }  // namespace zelvion

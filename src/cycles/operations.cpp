@@ -57,21 +57,29 @@ void Velmoire::searchCycle(const CycleSearch& search) {
   std::string report = " Puissance k= " + ordrek.Text + ". Pour " + entier.Text +
                        ": Convergence vers le CYCLE d'ORDRE " + std::to_string(cycle->order()) + ":";
   std::string point = finder.current();
-  report.append(text::kLineEnd).append(cycleReport(power, point, cycle->order()));
-  record(search.file, report + std::string(text::kLineEnd));
+  report.append(text::kLineEnd);
+  appendCycleReport(report, power, point, cycle->order());
+  record(search.file, report.append(text::kLineEnd));
+  report.resize(report.size() - text::kLineEnd.size());
 
   auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds);
   inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
 
-  const std::string_view head = search.longReport ? text::prefix(report, kFirstBox) : report;
-  inform(std::string(head), search.title);
-  if (head.size() < report.size()) inform(report.substr(head.size()), search.title);
+  const std::size_t head = search.longReport ? text::prefix(report, kFirstBox).size() : report.size();
+  if (head == report.size()) {
+    inform(report, search.title);
+  } else {
+    inform(report.substr(0, head), search.title);
+    inform(report.substr(head), search.title);
+  }
   if (search.longReport) RichTextBox1.Text = std::move(report);
 }
 
 std::string Velmoire::ListeCycle(std::string& ent, const std::int32_t& ord) {
   DigitPower power(ordrek.Text);
-  return cycleReport(power, ent, ord);
+  std::string report;
+  appendCycleReport(report, power, ent, ord);
+  return report;
 }
 
 std::string Velmoire::ConvertirSecondes(std::int32_t& Valeur) {

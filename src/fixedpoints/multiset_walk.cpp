@@ -78,11 +78,12 @@ void MultisetWalk::prepare() {
 // Makes the table of tails of `length` digits: behind a first digit d come the tails of one digit less that
 // have no digit above d, which stand at the front of their table.
 void MultisetWalk::buildTails(int length) {
-  if (length == tailLength_ && !tailSums_.empty()) return;
-  tailLength_ = 0;
-  tailNumbers_ = {0};
-  tailWeights_ = {0};
-  tailSums_.assign(size_, {0});
+  if (tailSums_.empty() || length < tailLength_) {
+    tailLength_ = 0;
+    tailNumbers_ = {0};
+    tailWeights_ = {0};
+    tailSums_.assign(size_, {0});
+  }
   for (std::uint32_t unit = 1; tailLength_ < length; ++tailLength_, unit *= 10) {
     std::vector<std::uint32_t> numbers;
     std::vector<std::uint32_t> weights;
@@ -159,11 +160,17 @@ void MultisetWalk::testTails(int greatest, const Node& node) {
 }
 
 bool MultisetWalk::passes(const Node& node, std::size_t tail) const {
+  const std::uint32_t target = node.weight + tailWeights_[tail];
   std::uint32_t reached = 0;
   std::uint64_t carry = 0;
-  for (std::size_t i = 0; i < size_; ++i)
+  for (std::size_t i = 0; i < size_; ++i) {
     reached += weightOf(addLimbs(node.sum[i], tailSums_[i][tail], carry));
-  return reached - (node.weight + tailWeights_[tail]) + tolerance_ <= 2 * tolerance_;
+    // Nines in all digits above are the most that can still come.
+    const auto digitsAbove = static_cast<std::uint32_t>((size_ - 1 - i) * kLimbDigits);
+    if (reached + digitsAbove * weights_[9] + tolerance_ < target || reached > target + tolerance_)
+      return false;
+  }
+  return true;
 }
 
 }  // namespace zelvion

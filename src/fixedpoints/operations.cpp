@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <stdexcept>
 
 #include "fixedpoints/multiset_walk.h"
@@ -31,6 +32,17 @@ std::int16_t ninesFor(const std::string& kText) {
   const double k = text::toDouble(kText, kPower);
   if (k == 57) return 41;
   return k > kFullCascade ? text::toInt16(k - kFullCascade, kText, kPower) : std::int16_t{0};
+}
+
+// The image of `candidate` if it is its own image.
+std::optional<std::string> fixedImage(const std::string& kText, const std::string& candidate) {
+  DigitPower power(kText);
+  Orbit orbit(power, candidate);
+  orbit.advance();
+  std::string first = orbit.text();
+  orbit.advance();
+  if (orbit.text() != first) return std::nullopt;
+  return first;
 }
 
 MultisetWalk walkFor(const std::string& kText) {
@@ -92,11 +104,10 @@ void Velmoire::runCascade(double order) {
 void Velmoire::PfixeK(const std::string& ent) {
   const std::string header = "Ordre " + ordrek.Text + ", points fixes:" + std::string(text::kLineEnd);
   const std::string candidate = std::string(static_cast<std::size_t>(ninesFor(ordrek.Text)), '9') + ent;
-  const std::string first = sommepuis(candidate);
-  const std::string second = sommepuis(first);
-  if (first != second) return;
-  ListePfixe += second + ", ";
-  record(std::string(kFile), header + second + ", " + std::string(text::kLineEnd));
+  const std::optional<std::string> fixed = fixedImage(ordrek.Text, candidate);
+  if (!fixed) return;
+  ListePfixe += *fixed + ", ";
+  record(std::string(kFile), header + *fixed + ", " + std::string(text::kLineEnd));
 }
 
 void Velmoire::enumerate(MultisetWalk& walk, int digits) {
@@ -165,14 +176,13 @@ void Velmoire::Pfixe60(const std::string& ent) {
 
 void Velmoire::testHigh(const HighOrder& order, const std::string& ent) {
   ordrek.Text = std::to_string(order.k);
-  const std::string first = sommepuis(std::string(order.nines, '9') + ent);
-  const std::string second = sommepuis(first);
-  if (first != second) {
+  const std::optional<std::string> fixed = fixedImage(ordrek.Text, std::string(order.nines, '9') + ent);
+  if (!fixed) {
     RichTextBox1.Text = "rien";
     return;
   }
-  RichTextBox1.Text = second + ", ";
-  record(std::string(kFile), second + ", " + std::string(text::kLineEnd));
+  RichTextBox1.Text = *fixed + ", ";
+  record(std::string(kFile), *fixed + ", " + std::string(text::kLineEnd));
 }
 
 void Velmoire::boucle13() {

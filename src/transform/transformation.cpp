@@ -102,19 +102,30 @@ void unpackCounts(std::uint64_t word, Silhouette& silhouette) {
 }
 
 // The short image of a silhouette: `rows` has the nine powers' limbs of sixteen digits, limb by limb, the
-// image goes into `limbs` as limbs of eight. Its digits are counted on the way.
-Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhouette& silhouette,
+// image goes into `limbs` as limbs of eight. Its digits are counted on the way. All carries, below
+// kShortMaxCount, are taken from the sums first, which leaves 0 or 1 to carry. Up to kFixed limbs everything
+// stays in registers; 0 takes any size.
+template <std::size_t kFixed>
+Silhouette applyShort(const std::uint64_t* rows, std::size_t anySize, const Silhouette& silhouette,
                       std::uint32_t* limbs) {
-  const auto& c = silhouette.counts;
-  Silhouette image;
-  std::uint64_t carry = 0;
-  std::uint64_t word = 0;
+  const std::size_t size = kFixed > 0 ? kFixed : anySize;
+  std::array<std::uint64_t, 9> c;
+  std::copy(silhouette.counts.begin(), silhouette.counts.end(), c.begin());
+  std::array<std::uint64_t, (kFixed > 0 ? kFixed : kShortMaxLimbs)> sums;
   for (std::size_t i = 0; i < size; ++i, rows += 9) {
-    const std::uint64_t sum = c[0] * rows[0] + c[1] * rows[1] + c[2] * rows[2] + c[3] * rows[3] +
-                              c[4] * rows[4] + c[5] * rows[5] + c[6] * rows[6] + c[7] * rows[7] +
-                              c[8] * rows[8] + carry;
-    carry = sum / kShortBase;
-    const std::uint64_t limb = sum % kShortBase;
+    sums[i] = c[0] * rows[0] + c[1] * rows[1] + c[2] * rows[2] + c[3] * rows[3] + c[4] * rows[4] +
+              c[5] * rows[5] + c[6] * rows[6] + c[7] * rows[7] + c[8] * rows[8];
+  }
+  Silhouette image;
+  std::uint64_t word = 0;
+  std::uint64_t handed = 0;
+  std::uint64_t carry = 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    const std::uint64_t quotient = sums[i] / kShortBase;
+    std::uint64_t limb = sums[i] - quotient * kShortBase + handed + carry;
+    handed = quotient;
+    carry = limb >= kShortBase ? 1 : 0;
+    limb -= carry * kShortBase;
     const auto high = static_cast<std::uint32_t>(limb / Decimal::kBase);
     const auto low = static_cast<std::uint32_t>(limb % Decimal::kBase);
     limbs[2 * i] = low;
@@ -128,6 +139,28 @@ Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhoue
   }
   unpackCounts(word, image);
   return image;
+}
+
+Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhouette& silhouette,
+                      std::uint32_t* limbs) {
+  switch (size) {
+    case 1:
+      return applyShort<1>(rows, size, silhouette, limbs);
+    case 2:
+      return applyShort<2>(rows, size, silhouette, limbs);
+    case 3:
+      return applyShort<3>(rows, size, silhouette, limbs);
+    case 4:
+      return applyShort<4>(rows, size, silhouette, limbs);
+    case 5:
+      return applyShort<5>(rows, size, silhouette, limbs);
+    case 6:
+      return applyShort<6>(rows, size, silhouette, limbs);
+    case 7:
+      return applyShort<7>(rows, size, silhouette, limbs);
+    default:
+      return applyShort<0>(rows, size, silhouette, limbs);
+  }
 }
 
 }  // namespace
@@ -195,7 +228,8 @@ Transformation::Transformation(std::int32_t k) : k_(k) {
   scratch_.resize(2 * (stride_ + 1));
   limbs_.resize(stride_);
 
-  const std::size_t shortSize = (longest + 1) / 2;
+  Decimal greatest = powers[static_cast<std::size_t>(greatestDigit_)] * Decimal(kShortMaxCount);
+  const std::size_t shortSize = (greatest.limbs().size() + 1) / 2;
   if (shortSize > kShortMaxLimbs) return;
   shortRows_.resize(9 * shortSize);
   for (std::size_t i = 0; i < shortSize; ++i) {

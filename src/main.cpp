@@ -9,6 +9,5 @@ int main(int argc, char** argv) {
   zelvion::prepare();
   zelvion::QtDesktop desktop;
   zelvion::Velmoire velmoire(desktop);
-  desktop.show(velmoire);
-  return QApplication::exec();
+  return desktop.run(velmoire);
 }

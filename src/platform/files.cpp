@@ -1,13 +1,16 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
-#include <utility>
+#include <thread>
 
 namespace zelvion {
 namespace {
@@ -28,8 +31,6 @@ class Descriptor {
 
   int get() const { return fd_; }
   bool valid() const { return fd_ >= 0; }
-  /// Closes the file now; false if the system reports a late write error.
-  bool close() { return ::close(std::exchange(fd_, -1)) == 0; }
 
  private:
   int fd_;
@@ -49,32 +50,60 @@ off_t regularSize(const Descriptor& file, const std::string& path) {
   return status.st_size;
 }
 
-/// Writes all of `text`; false, with the reason in errno, if that is not possible.
-bool writeAll(const Descriptor& file, const std::string& text) {
+/// Keeps other windows from writing to the file as long as it is open, so that its size is the right one to
+/// go back to. Whoever holds the lock for a second is no window of ours, and is not waited for.
+void lockForAWhile(const Descriptor& file) {
+  constexpr int kTries = 100;
+  for (int i = 0; i < kTries && ::flock(file.get(), LOCK_EX | LOCK_NB) != 0; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+}
+
+/// Writes all of `text`; returns 0 or the error.
+int writeAll(const Descriptor& file, const std::string& text) {
   std::size_t done = 0;
   while (done < text.size()) {
     const ssize_t written = ::write(file.get(), text.data() + done, text.size() - done);
-    if (written < 0 && errno != EINTR) return false;
+    if (written < 0 && errno != EINTR) return errno;
     if (written > 0) done += static_cast<std::size_t>(written);
   }
-  return true;
+  return 0;
+}
+
+/// The same in a process of its own, which ends its work even where this one is killed meanwhile.
+int writeAllApart(const Descriptor& file, const std::string& text) {
+  const pid_t writer = ::fork();
+  if (writer < 0) return writeAll(file, text);
+  if (writer == 0) {
+    ::setsid();
+    ::_exit(writeAll(file, text));
+  }
+  int status = 0;
+  while (::waitpid(writer, &status, 0) < 0) {
+    if (errno != EINTR) return errno;
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : EIO;
 }
 
 }  // namespace
 
 void appendWhole(const std::string& path, const std::string& text) {
   constexpr int kAppend = O_WRONLY | O_APPEND;
+  constexpr off_t kPage = 4096;
   int fd = openNow(path, kAppend);
   const bool created = fd < 0 && errno == ENOENT;
   if (created) fd = openNow(path, kAppend | O_CREAT);
   Descriptor file(fd);
   if (!file.valid()) fail(path, errno);
+  lockForAWhile(file);
   const off_t oldSize = regularSize(file, path);
-  if (writeAll(file, text) && file.close()) return;
+  // A kill can part a write where it goes from one page of the file to the next, and nowhere else.
+  const bool onOnePage = oldSize / kPage == (oldSize + static_cast<off_t>(text.size()) - 1) / kPage;
+  const int error = onOnePage ? writeAll(file, text) : writeAllApart(file, text);
+  if (error == 0) return;
 
-  const int error = errno;
-  const bool restored = ::truncate(path.c_str(), oldSize) == 0;
-  if (created && restored) ::unlink(path.c_str());
+  const bool restored = ::ftruncate(file.get(), oldSize) == 0;
+  if (created && restored && oldSize == 0) ::unlink(path.c_str());
   fail(path, error);
 }
 

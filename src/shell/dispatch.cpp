@@ -12,7 +12,7 @@ struct Reason {
   const char* text;
 };
 
-constexpr std::array<Reason, 14> kReasons = {{
+constexpr std::array<Reason, 15> kReasons = {{
     {EACCES, "l'accès est refusé"},
     {EPERM, "l'opération n'est pas permise"},
     {EROFS, "le disque est en lecture seule"},
@@ -20,6 +20,7 @@ constexpr std::array<Reason, 14> kReasons = {{
     {ENOTDIR, "son chemin ne mène pas à un dossier"},
     {EISDIR, "c'est un dossier"},
     {EINVAL, "ce n'est pas un fichier ordinaire"},
+    {ENXIO, "ce n'est pas un fichier ordinaire"},
     {ENOSPC, "le disque est plein"},
     {EDQUOT, "le quota du disque est atteint"},
     {EFBIG, "le fichier serait trop grand"},

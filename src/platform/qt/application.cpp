@@ -14,6 +14,7 @@ namespace zelvion {
 
 void prepare() {
   QApplication::setApplicationName("zelvion");
+  QApplication::setDesktopFileName("example.tolque.zelvion");
   QApplication::setFont(screenFont(Font{}));
   QIcon icon;
   for (const QString& name : QDir(":/icons").entryList()) icon.addFile(":/icons/" + name);

@@ -117,6 +117,7 @@ QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
       auto* box = new QPlainTextEdit(parent);
       box->setLineWrapMode(QPlainTextEdit::NoWrap);
       box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+      box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
       box->setTabChangesFocus(true);
       connect(box, &QPlainTextEdit::textChanged, this, [this, name] { edited(name); });
       fields_.push_back({name, [box](const QString& text) { box->setPlainText(text); },
@@ -197,6 +198,18 @@ void FormView::fitWindow(int menuHeight) {
     first->setFocus();
     break;
   }
+}
+
+/// Scroll bars are for windows that are really too small: a pixel that rounding or a menu's border took does
+/// no harm.
+void FormView::resizeEvent(QResizeEvent* event) {
+  constexpr int kTolerance = 4;
+  const QSize missing = widget()->size() - size();
+  const bool fits = missing.width() <= kTolerance && missing.height() <= kTolerance;
+  const Qt::ScrollBarPolicy policy = fits ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded;
+  setHorizontalScrollBarPolicy(policy);
+  setVerticalScrollBarPolicy(policy);
+  QScrollArea::resizeEvent(event);
 }
 
 void FormView::push() {

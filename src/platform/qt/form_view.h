@@ -32,6 +32,9 @@ class FormView : public QScrollArea {
   /// Copies the form's texts to the screen.
   void push();
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   /// A control whose text lives in the form.
   struct Field {

@@ -81,8 +81,8 @@ struct Lines {
   qreal widest = 0;
 };
 
-/// Breaks a text into lines of at most `width`: behind the last blank or comma if one stands in the second
-/// half of the line, else where the line is full. One blank may stand out at the end of a line.
+/// Breaks a text into lines of at most `width`: behind the last blank, comma or semicolon if one stands in
+/// the second half of the line, else where the line is full. One blank may stand out at the end of a line.
 Lines breakIntoLines(QStringView text, const QFont& font, qreal width) {
   struct Place {
     int at = 0;
@@ -91,7 +91,7 @@ Lines breakIntoLines(QStringView text, const QFont& font, qreal width) {
   Advances advance(font);
   Lines lines;
   qreal x = 0;
-  Place gap;      // the last place behind a blank or comma
+  Place gap;      // the last place behind a blank, comma or semicolon
   Place cluster;  // the last place that does not part a character from its marks
   const int size = static_cast<int>(text.size());
   for (int i = 0; i < size;) {
@@ -104,7 +104,7 @@ Lines breakIntoLines(QStringView text, const QFont& font, qreal width) {
     }
     if (!joinsPrevious(text, i)) {
       cluster = {i, x};
-      if (i > start && (text[i - 1] == u' ' || text[i - 1] == u',')) gap = cluster;
+      if (i > start && (text[i - 1] == u' ' || text[i - 1] == u',' || text[i - 1] == u';')) gap = cluster;
     }
     const char32_t c = codePointAt(text, i);
     const qreal charWidth = advance(c);

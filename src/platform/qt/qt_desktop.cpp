@@ -60,6 +60,14 @@ void QtDesktop::show(Form& form) {
   mainWindow_->show();
 }
 
+int QtDesktop::run(Form& form) {
+  show(form);
+  const int result = QApplication::exec();
+  views_.clear();
+  mainWindow_.reset();
+  return result;
+}
+
 void QtDesktop::showModal(Form& form) {
   pushAll();
   const UserTurn turn;

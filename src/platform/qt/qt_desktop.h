@@ -19,8 +19,10 @@ class QtDesktop : public Desktop {
   QtDesktop();
   ~QtDesktop() override;
 
-  /// Opens the main window with `form`, which must outlive the desktop, and returns at once.
+  /// Opens the main window with `form`, which must outlive the window, and returns at once.
   void show(Form& form);
+  /// Opens the main window with `form`, and returns the program's exit code when it has been closed.
+  int run(Form& form);
 
   Answer message(const std::string& prompt, Buttons buttons, const std::string& title) override;
   Moment now() override;

@@ -1,0 +1,138 @@
+\\ The works of bench/compare in PARI/GP: WORK="name argument..." FILE=answer gp -q -f pari.gp
+\\ Prints the best time in seconds, the number of runs, the peak memory in kilobytes and the part done, and writes
+\\ the answer to FILE. The powers stand in a vector under the codes of their digits, iterates in a Map, and a text
+\\ is made once for each number.
+default(parisizemax, 8*10^9);
+default(histsize, 1);
+
+lineend = Strchr([13, 10]);
+
+powertable(k) = vector(57, c, if(c > 48, (c - 48)^k, 0));
+
+\\ The image of the number that the text s writes. Few digits are looked at one by one, many are counted.
+image(s, P) =
+{
+  my(d = Vecsmall(s), m);
+  if(#d < 150, return(vecsum(vecextract(P, d))));
+  m = matreduce(Vec(d));
+  vecextract(P, m[,1]) * m[,2];
+}
+
+cycle(k, p) =
+{
+  my(K = eval(k), P = powertable(K), M = Map(), s = p, x, step = 0, first, order, points, texts, report);
+  while(1,
+    x = image(s, P); s = Str(x); step++;
+    if(mapisdefined(M, x, &first), break);
+    mapput(M, x, step));
+  order = step - first;
+  points = vector(order); texts = vector(order);
+  points[1] = x; texts[1] = s;
+  for(i = 2, order, x = image(s, P); s = Str(x); points[i] = x; texts[i] = s);
+  report = Str(" Puissance k= ", k, ". Pour ", p, ": Convergence vers le CYCLE d'ORDRE ", order, ":", lineend, "(",
+    strjoin(texts, ", "), ")", lineend, "Points extrêmes du cycle: ", vecmin(points), ", ", vecmax(points),
+    " nombre de chiffres maximum: ", #Str(vecmax(points)));
+  write1(Str(directory, "/cycle.txt"), report, lineend);
+  report;
+}
+
+iterates(k, p) =
+{
+  my(P = powertable(eval(k)), s = p, texts = vector(1001));
+  texts[1] = "";
+  for(i = 1, 1000, s = Str(image(s, P)); texts[i + 1] = s);
+  strjoin(texts, " ");
+}
+
+first(k, p) = Str(image(p, powertable(eval(k))), "\n");
+
+later(count) =
+{
+  my(s = laterstart, texts = vector(eval(count)));
+  for(i = 1, #texts, s = Str(image(s, laterpowers)); texts[i] = s);
+  Str(strjoin(texts, "\n"), "\n");
+}
+
+\\ Goes through the multisets of m digits from 1 to g, ascending, with the sum of their powers carried along.
+walk(m, g, sum) =
+{
+  my(t, found);
+  if(m > 1, for(d = 1, g, walk(m - 1, d, sum + table[d + 48])); return);
+  for(d = 1, g,
+    t = sum + table[d + 48];
+    found = t == vecsum(vecextract(table, Vecsmall(Str(t))));
+    last = found;
+    if(found, listput(hits, t)));
+}
+
+cascade(k) =
+{
+  my(K = eval(k));
+  table = powertable(K); hits = List();
+  for(m = 2, if(K == 3, 3, K < 11, K + 1, 12), walk(m, 9, max(K - 12, 0) * 9^K));
+  foreach(hits, t, write1(Str(directory, "/pfixe.txt"), "Ordre ", k, ", points fixes:", lineend, t, ", ", lineend));
+  Str("Point(s) fixe(s) pour k = ", k, lineend, strjoin([Str(t, ", ") | t <- hits]));
+}
+
+enumerator(name, k, nines, digits) =
+{
+  my(K = eval(k));
+  table = powertable(K); hits = List();
+  walk(eval(digits), 9, eval(nines) * 9^K);
+  foreach(hits, t, write1(Str(directory, "/pfixe.txt"), t, ", ", lineend));
+  if(last, Str(hits[#hits], ", "), "rien");
+}
+
+complete(a, b) =
+{
+  my(numbers = List(), P, t);
+  for(n = eval(a), eval(b),
+    my(fixed = List());
+    P = powertable(n);
+    forvec(x = vector(n, i, [48, 57]),
+      t = vecsum(vecextract(P, x));
+      if(#Str(t) == n && t == vecsum(vecextract(P, Vecsmall(Str(t)))), listput(fixed, t)), 1);
+    foreach(Set(fixed), t, listput(numbers, Str(t, "\n"))));
+  strjoin(Vec(numbers));
+}
+
+run(w) =
+{
+  if(w[1] == "cycle", cycle(w[2], w[3]),
+     w[1] == "iterates", iterates(w[2], w[3]),
+     w[1] == "first", first(w[2], w[3]),
+     w[1] == "later", later(w[4]),
+     w[1] == "cascade", cascade(w[2]),
+     w[1] == "enumerator", enumerator(w[2], w[3], w[4], w[5]),
+     w[1] == "complete", complete(w[2], w[3]),
+     error("unknown work: ", w[1]));
+}
+
+\\ The clock has milliseconds: short works run so often in a row that it does not matter, three times over.
+measure(w) =
+{
+  my(best = oo, n = 1, all = 0, t, answer);
+  for(round = 0, 3,
+    t = getwalltime();
+    for(i = 1, n, answer = run(w));
+    t = getwalltime() - t;
+    all += n;
+    best = min(best, max(t, 1) / n);
+    if(t > 1000, break);
+    if(!round, n = 1 + 300 \ max(t, 1); best = oo));
+  [best / 1000., all, answer];
+}
+
+{
+  work = strsplit(getenv("WORK"), " ");
+  directory = externstr("mktemp -d")[1];
+  if(work[1] == "later",
+    laterpowers = powertable(eval(work[2]));
+    laterstart = Str(image(work[3], laterpowers)));
+  result = measure(work);
+  system(Str("rm -r ", directory));
+  memory = strsplit(externstr("grep VmHWM /proc/$PPID/status | tr -dc 0-9")[1], " ")[1];
+  printf("%.9f %d %s all\n", result[1], result[2], memory);
+  write1(getenv("FILE"), result[3]);
+}
+quit;

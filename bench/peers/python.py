@@ -1,0 +1,217 @@
+"""The works of bench/compare with Python's own whole numbers: python.py WORK ARGUMENT... FILE
+
+Prints the best time in seconds, the number of runs, the peak memory in kilobytes and the part done, and writes the
+answer to FILE. The powers are kept in a table, digits are counted in the text of a number, and a text is made once
+for each number.
+"""
+
+import os
+import sys
+import tempfile
+import time
+from itertools import combinations_with_replacement
+from operator import mul
+
+if hasattr(sys, "set_int_max_str_digits"):
+    sys.set_int_max_str_digits(0)
+
+DIGITS = "123456789"
+
+
+def powers(k):
+    return [digit**k for digit in range(1, 10)]
+
+
+def image(text, table):
+    """The image of a number of many digits: nine products."""
+    return sum(map(mul, map(text.count, DIGITS), table))
+
+
+def append(name, text):
+    with open(name, "a", encoding="utf-8", newline="") as file:
+        file.write(text)
+
+
+def cycle(k, p):
+    table = powers(int(k))
+    seen = {}
+    text = p
+    step = 0
+    while True:
+        text = str(sum(map(mul, map(text.count, DIGITS), table)))
+        step += 1
+        first = seen.setdefault(text, step)
+        if first != step:
+            break
+    order = step - first
+    points = [text]
+    while len(points) < order:
+        text = str(sum(map(mul, map(text.count, DIGITS), table)))
+        points.append(text)
+    largest = max(points, key=lambda point: (len(point), point))
+    smallest = min(points, key=lambda point: (len(point), point))
+    report = (
+        f" Puissance k= {k}. Pour {p}: Convergence vers le CYCLE d'ORDRE {order}:\r\n"
+        f"({', '.join(points)})\r\nPoints extrêmes du cycle: {smallest}, {largest} "
+        f"nombre de chiffres maximum: {len(largest)}"
+    )
+    append("cycle.txt", report + "\r\n")
+    return report
+
+
+def iterates(k, p):
+    table = powers(int(k))
+    text = p
+    texts = [""]
+    for _ in range(1000):
+        text = str(image(text, table))
+        texts.append(text)
+    return " ".join(texts)
+
+
+def first(k, p):
+    return str(image(p, powers(int(k)))) + "\n"
+
+
+def later(k, p, count):
+    table = powers(int(k))
+    start = str(image(p, table))
+
+    def work():
+        text = start
+        texts = []
+        for _ in range(int(count)):
+            text = str(image(text, table))
+            texts.append(text)
+        return "\n".join(texts) + "\n"
+
+    return work
+
+
+def sums_of(table, digits):
+    """The sums of powers of all multisets of so many non-zero digits, the multisets ascending."""
+    sums = table
+    ends = range(1, 10)
+    for _ in range(digits - 1):
+        longer = []
+        longer_ends = []
+        for power, end in zip(table, ends):
+            longer += [power + behind for behind in sums[:end]]
+            longer_ends.append(len(longer))
+        sums, ends = longer, longer_ends
+    return sums
+
+
+def fixed_points(sums, table):
+    """Those of the sums that are their own image."""
+    # Up to some forty digits it is faster to look at each of them than to count them.
+    if len(str(table[8])) < 40:
+        power = dict(zip("0" + DIGITS, [0] + table)).__getitem__
+        return [s for s in sums if s == sum(map(power, str(s)))]
+    p1, p2, p3, p4, p5, p6, p7, p8, p9 = table
+    found = []
+    for s in sums:
+        count = str(s).count
+        if s == (
+            count("1") * p1 + count("2") * p2 + count("3") * p3 + count("4") * p4 + count("5") * p5
+            + count("6") * p6 + count("7") * p7 + count("8") * p8 + count("9") * p9
+        ):  # fmt: skip
+            found.append(s)
+    return found
+
+
+def grouped_fixed_points(sums, table):
+    """The same with a table of the sums for all groups of four digits."""
+    table = [0] + table
+    pairs = [high + low for high in table for low in table]
+    groups = [high + low for high in pairs for low in pairs]
+    found = []
+    for s in sums:
+        rest = s
+        reached = 0
+        while rest:
+            rest, group = divmod(rest, 10000)
+            reached += groups[group]
+        if s == reached:
+            found.append(s)
+    return found
+
+
+def cascade(k, search=fixed_points):
+    order = int(k)
+    table = powers(order)
+    last = 3 if order == 3 else order + 1 if order < 11 else 12
+    nines = max(order - 12, 0) * table[8]
+    report = f"Point(s) fixe(s) pour k = {k}\r\n"
+    for digits in range(2, last + 1):
+        sums = sums_of(table, digits)
+        if nines:
+            sums = [nines + s for s in sums]
+        for number in search(sums, table):
+            report += f"{number}, "
+            append("pfixe.txt", f"Ordre {k}, points fixes:\r\n{number}, \r\n")
+    return report
+
+
+def grouped(k):
+    return cascade(k, grouped_fixed_points)
+
+
+def enumerator(_, k, nines, digits):
+    table = powers(int(k))
+    sums = [int(nines) * table[8] + s for s in sums_of(table, int(digits))]
+    found = fixed_points(sums, table)
+    for number in found:
+        append("pfixe.txt", f"{number}, \r\n")
+    return f"{found[-1]}, " if found and found[-1] == sums[-1] else "rien"
+
+
+def complete(first_order, last_order):
+    numbers = []
+    for order in range(int(first_order), int(last_order) + 1):
+        table = [digit**order for digit in range(10)]
+        power = dict(zip("0" + DIGITS, table)).__getitem__
+        sums = map(sum, combinations_with_replacement(table, order))
+        fixed = {s for s in sums if s == sum(map(power, str(s)))}
+        numbers += sorted(s for s in fixed if len(str(s)) == order)
+    return "".join(f"{number}\n" for number in numbers)
+
+
+def peak_kilobytes():
+    with open("/proc/self/status", encoding="ascii") as status:
+        return next(line.split()[1] for line in status if line.startswith("VmHWM:"))
+
+
+def measure(work, prepared):
+    """The best of as many runs as half a second holds."""
+    best = total = 0.0
+    runs = 0
+    while runs == 0 or (total < 0.5 and runs < 200):
+        for name in os.listdir():
+            os.remove(name)
+            open(name, "w", encoding="utf-8").close()
+        start = time.perf_counter()
+        answer = work(*prepared)
+        taken = time.perf_counter() - start
+        total += taken
+        best = min(best, taken) if runs else taken
+        runs += 1
+    return best, runs, answer
+
+
+def main(work, *arguments):
+    *arguments, file = arguments
+    file = os.path.abspath(file)
+    with tempfile.TemporaryDirectory() as directory:
+        os.chdir(directory)
+        if work == "later":
+            best, runs, answer = measure(later(*arguments), ())
+        else:
+            best, runs, answer = measure(globals()[work], arguments)
+        print(f"{best:.9f} {runs} {peak_kilobytes()} all")
+        os.chdir("/")
+    with open(file, "w", encoding="utf-8", newline="") as output:
+        output.write(answer)
+
+
+main(*sys.argv[1:])

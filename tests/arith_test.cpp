@@ -1,0 +1,234 @@
+#include <algorithm>
+#include <limits>
+#include <random>
+#include <stdexcept>
+
+#include "arith/decimal.h"
+#include "form_test.h"
+
+namespace zelvion {
+namespace {
+
+constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+
+mpz_class valueIn(const std::string& text) {
+  return mpz_class(text.empty() ? "0" : text, 10);
+}
+
+/// The magnitude with zeros in front up to `width` digits; zero of width 0 is the empty text.
+std::string padded(const mpz_class& value, std::size_t width) {
+  const std::string text = value == 0 ? "" : mpz_class(abs(value)).get_str();
+  return std::string(width - std::min(width, text.size()), '0') + text;
+}
+
+class Arithmetic : public testing::FormTest {
+ protected:
+  /// Digits in runs of nines, zeros and random ones, so that carries and borrows travel far.
+  std::string digits(std::size_t length) {
+    std::string text;
+    while (text.size() < length) {
+      const auto kind = random_() % 4;
+      for (auto run = random_() % 30 + 1; run > 0 && text.size() < length; --run) {
+        text += kind == 0 ? '9' : kind == 1 ? '0' : static_cast<char>('0' + random_() % 10);
+      }
+    }
+    return text;
+  }
+  /// Now and then a long one.
+  std::string digits() { return digits(random_() % (random_() % 10 == 0 ? 3'000 : 20) + 1); }
+  std::string canonical() { return mpz_class(valueIn(digits()) * (random_() % 2 == 0 ? 1 : -1)).get_str(); }
+  /// Numbers of all sizes, those at the ends of the range more often than by chance.
+  std::int32_t small() {
+    static constexpr std::int32_t kEdges[] = {0, 1, -1, 9, 10, 214'748'364, kMost, kLeast, -kMost};
+    const auto any = random_();
+    if (any % 3 == 0) return kEdges[random_() % std::size(kEdges)];
+    return static_cast<std::int32_t>(any) >> (random_() % 32);
+  }
+
+  std::mt19937 random_{20};
+};
+
+TEST_F(Arithmetic, DecimalsAgreeWithGmp) {
+  const std::size_t lengths[] = {0, 1, 7, 8, 9, 16, 17, 33, 250, 700, 1'999, 6'000, 26'000, 70'001};
+  for (const std::size_t n : lengths) {
+    for (const std::size_t m : lengths) {
+      const std::string a = digits(n), b = random_() % 3 == 0 ? std::string(m, '9') : digits(m);
+      const mpz_class x = valueIn(a), y = valueIn(b);
+      const Decimal p = Decimal::parse(a), q = Decimal::parse(b);
+      ASSERT_EQ(p.padded(n + 3), padded(x, n + 3));
+      ASSERT_EQ(p.digits(), x.get_str().size());
+      ASSERT_EQ((p * q).text(), mpz_class(x * y).get_str()) << n << " " << m;
+      ASSERT_EQ((p * p).text(), mpz_class(x * x).get_str()) << n;
+      Decimal sum = p;
+      ASSERT_EQ((sum += q).text(), mpz_class(x + y).get_str()) << n << " " << m;
+      ASSERT_EQ(sum -= p, q) << n << " " << m;
+      ASSERT_EQ(p < q, x < y);
+      const auto divisor = std::max<std::uint32_t>(1, static_cast<std::uint32_t>(random_()));
+      Decimal quotient = p;
+      ASSERT_EQ(quotient.divideBy(divisor), mpz_class(x % divisor).get_ui());
+      ASSERT_EQ(quotient.text(), mpz_class(x / divisor).get_str());
+    }
+  }
+  // (10^n - 1)(10^m - 1): the greatest sums that a product can meet
+  const std::size_t n = 600'000, m = 40'000;
+  const std::string nines(n, '9'), fewer(m, '9');
+  const Decimal a = Decimal::parse(nines), b = Decimal::parse(fewer);
+  const std::string ab = nines.substr(0, m - 1) + "8" + nines.substr(m) + std::string(m - 1, '0') + "1";
+  EXPECT_TRUE((a * b).text() == ab && (b * a).text() == ab);
+  EXPECT_TRUE((a * a).text() == nines.substr(1) + "8" + std::string(n - 1, '0') + "1");
+}
+
+TEST_F(Arithmetic, SumsAndProductsKeepTheWidthOfTheirDigits) {
+  for (int i = 0; i < 3'000; ++i) {
+    const std::string a = digits(), b = digits(random_() % 30);
+    if (a != "0") {
+      ASSERT_EQ(Velmoire::Plusplus(a, b), padded(valueIn(a) + valueIn(b), std::max(a.size(), b.size())));
+    }
+    const std::int32_t lk = small();
+    const bool minus = random_() % 2 == 0 && lk != 0;
+    std::string product = padded(valueIn(b) * lk, b.size());
+    if (minus != (lk < 0) && !product.empty() && product != "0") product.insert(0, "-");
+    ASSERT_EQ(Velmoire::MulCalcul((minus ? "-" : "") + b, lk), product) << b << " " << lk;
+  }
+  for (const std::string zero : {"0", "", "-0"}) {
+    for (const std::string ent2 : {"", "0", "007", "-5", "x"})
+      EXPECT_EQ(Velmoire::Plusplus(zero, ent2), ent2);
+  }
+  std::string rest = "old";
+  EXPECT_EQ(Velmoire::ResuPartiel("7", rest) + rest, "7");
+  EXPECT_EQ(Velmoire::ResuPartiel("2147483647", rest) + rest, "7214748364");
+}
+
+TEST_F(Arithmetic, Powers) {
+  for (const std::string ent : {"2", "9", "-9", "10", "007", "-012", "00", "2147483647", "-2147483648"}) {
+    for (const std::int32_t lk : {2, 3, 39, 500, 3'333}) {
+      mpz_class value = valueIn(ent);
+      mpz_pow_ui(value.get_mpz_t(), value.get_mpz_t(), static_cast<unsigned>(lk));
+      const std::string digits = padded(value, ent.size() - (ent[0] == '-' ? 1 : 0));
+      EXPECT_EQ(Velmoire::PuisCalcul(ent, lk), (value < 0 ? "-" : "") + digits) << ent << " " << lk;
+    }
+  }
+  for (const std::string ent : {"0", "", "-0", "2147483648", "abc"}) {
+    EXPECT_EQ(Velmoire::PuisCalcul(ent, 1) + Velmoire::PuisCalcul(ent, 0) + Velmoire::PuisCalcul(ent, -1),
+              ent);
+  }
+  EXPECT_EQ(Velmoire::PuisCalcul("1", kMost) + Velmoire::PuisCalcul("0", kMost), "10");
+  EXPECT_THROW(Velmoire::PuisCalcul("9", kMost), std::length_error);
+}
+
+TEST_F(Arithmetic, SignedSumsAndDifferences) {
+  for (int i = 0; i < 5'000; ++i) {
+    const std::string ent = canonical();
+    const std::int32_t lk = i % 4 != 0 || ent.size() > 9 ? small() : std::stoi(ent) * (i % 8 == 0 ? 1 : -1);
+    ASSERT_EQ(Velmoire::PlusCalcul(ent, lk), mpz_class(valueIn(ent) + lk).get_str()) << ent << " " << lk;
+    ASSERT_EQ(form_.MoinsCalcul(ent, lk), mpz_class(valueIn(ent) - lk).get_str()) << ent << " " << lk;
+    const std::string magnitude = "0" + digits();
+    if (lk < 0 || valueIn(magnitude) < lk) continue;
+    ASSERT_EQ(Velmoire::MoinsCalcul0(magnitude, lk), mpz_class(valueIn(magnitude) - lk).get_str());
+  }
+  for (const std::int32_t lk : {5, -5, 0, kLeast}) {
+    for (const std::string zero : {"0", "", "-0"})
+      EXPECT_EQ(Velmoire::PlusCalcul(zero, lk), std::to_string(lk));
+    EXPECT_EQ(form_.MoinsCalcul("-0", lk), std::to_string(-std::int64_t{lk}));
+  }
+  EXPECT_EQ(Velmoire::PlusCalcul("007", 3) + Velmoire::PlusCalcul("-007", -1), "010-008");
+  EXPECT_EQ(form_.MoinsCalcul("-095", 6), "-101");
+  EXPECT_EQ(Velmoire::MoinsCalcul0("", 0) + Velmoire::MoinsCalcul0("000", 0), "00");
+  desktop_.expect(Answer::Ok);
+  EXPECT_EQ(form_.MoinsCalcul("", 5), "");
+  EXPECT_EQ(shown()[0], "zelvion|entreee vide!");
+}
+
+TEST_F(Arithmetic, HalvesAndThirdsLoseOneZero) {
+  const auto quotient = [](const std::string& number, unsigned divisor) {
+    const std::string text = padded(valueIn(number) / divisor, number.size());
+    return text[0] == '0' ? text.substr(1) : text;
+  };
+  for (int i = 0; i < 2'000; ++i) {
+    const std::string number = digits();
+    std::string ent = "-" + number;
+    ASSERT_EQ(Velmoire::DemiCalcul(ent), "-" + quotient(number, 2)) << number;
+    ASSERT_EQ(ent, number);
+    ASSERT_EQ(Velmoire::DemiCalcul(ent), number == "0" ? "0" : quotient(number, 2)) << number;
+    ASSERT_EQ(Velmoire::TiersCalcul(ent), quotient(number, 3)) << number;
+  }
+  std::string minus = "-";
+  EXPECT_EQ(Velmoire::DemiCalcul(minus), "-");
+  EXPECT_EQ(minus + Velmoire::DemiCalcul(minus) + Velmoire::TiersCalcul(""), "");
+}
+
+TEST_F(Arithmetic, DivisionGivesQuotientOrDividend) {
+  std::string sort;
+  for (int i = 0; i < 4'000; ++i) {
+    std::int32_t divisor = small();
+    std::string number = digits();
+    if (divisor == 0 || divisor == kLeast || number == "0") continue;
+    if (i % 2 == 0) number = "0" + mpz_class(valueIn(number) * std::abs(divisor)).get_str();
+    const bool minus = random_() % 2 == 0, exact = valueIn(number) % divisor == 0;
+    const std::string ent = (minus ? "-" : "") + number, sign = minus != (divisor < 0) ? "-" : "";
+    const std::string expected = sign + (exact ? padded(valueIn(number) / divisor, 0) : number);
+    const std::int32_t positive = std::abs(divisor);
+    ASSERT_EQ(Velmoire::DiviCalcul(ent, divisor, sort), exact) << ent << " " << divisor;
+    ASSERT_EQ(sort, expected) << ent << " " << divisor;
+    ASSERT_EQ(divisor, positive);
+  }
+  for (const auto& [ent, least] : {std::pair{"", -5}, {"-", -5}, {"-0", 0}, {"0", kLeast}}) {
+    std::int32_t divisor = least;
+    EXPECT_FALSE(Velmoire::DiviCalcul(ent, divisor, sort));
+    EXPECT_EQ(sort, ent);
+    if (divisor == -5) continue;
+    EXPECT_THROW(Velmoire::DiviCalcul("-12", divisor, sort), std::invalid_argument);
+    EXPECT_EQ(sort, ent);
+    EXPECT_EQ(divisor, least);
+  }
+}
+
+TEST_F(Arithmetic, Order) {
+  for (int i = 0; i < 3'000; ++i) {
+    const std::string a = canonical(), b = i % 7 == 0 ? a : canonical();
+    const bool greater = valueIn(a) > valueIn(b);
+    ASSERT_EQ(Velmoire::Maxi(a, b), greater ? a : b);
+    ASSERT_EQ(Velmoire::Mini(a, b), greater ? b : a);
+  }
+  const std::string greaterFirst[][2] = {{"007", "12"}, {"0", "-0"}, {"5", ""},
+                                         {"", "-"},     {"-", "-5"}, {"13x", "12y"}};
+  for (const auto& [greater, lesser] : greaterFirst) {
+    EXPECT_EQ(Velmoire::Maxi(greater, lesser) + Velmoire::Maxi(lesser, greater), greater + greater);
+    EXPECT_EQ(Velmoire::Mini(greater, lesser) + Velmoire::Mini(lesser, greater), lesser + lesser);
+  }
+}
+
+TEST_F(Arithmetic, Properties) {
+  for (const std::string ent : {"0", "-0", "-4", "998"}) EXPECT_TRUE(Velmoire::Pair(ent)) << ent;
+  for (const std::string ent : {"1", "-3", "-", ""}) EXPECT_FALSE(Velmoire::Pair(ent)) << ent;
+  for (const std::string ent : {"3", "12", "111", "000"}) EXPECT_TRUE(Velmoire::Triple(ent)) << ent;
+  for (const std::string ent : {"10", "0", "1", "2", "-", ""}) EXPECT_FALSE(Velmoire::Triple(ent)) << ent;
+  for (const std::int32_t la : {4, 7, -4, -3}) EXPECT_EQ(Velmoire::Demilong(la), la % 2 == 0 ? la / 2 : 0);
+  EXPECT_TRUE(Velmoire::idem("10235", "-53 21") && Velmoire::idem("", "0"));
+  EXPECT_FALSE(Velmoire::idem("12", "122") || Velmoire::idem("5", "6") || Velmoire::idem("", "9"));
+
+  std::string ent = "old";
+  desktop_.expect(Answer::Ok);
+  form_.Choixentree(ent);
+  EXPECT_EQ(shown()[0], "zelvion|Entier initial avec 4000 chiffres");
+  EXPECT_EQ(ent.size(), 4'000U);
+  EXPECT_EQ(ent.substr(3'980), "12345678901234567890");
+}
+
+TEST_F(Arithmetic, TextsWithoutAValueAreRefused) {
+  std::string half = "1x";
+  EXPECT_THROW(Decimal::parse("-1"), std::invalid_argument);
+  EXPECT_THROW(Velmoire::Plusplus("5", "-5"), std::invalid_argument);
+  EXPECT_THROW(Velmoire::MulCalcul("-5", 0), std::invalid_argument);
+  EXPECT_THROW(Velmoire::PuisCalcul("2147483648", 2), std::invalid_argument);
+  EXPECT_THROW(Velmoire::PlusCalcul("1é", 1), std::invalid_argument);
+  EXPECT_THROW(Velmoire::DemiCalcul(half), std::invalid_argument);
+  EXPECT_THROW(Velmoire::TiersCalcul("-3"), std::invalid_argument);
+  EXPECT_THROW(Velmoire::Triple("-3"), std::invalid_argument);
+  EXPECT_THROW(Velmoire::Maxi("x1", "x2"), std::invalid_argument);
+  EXPECT_THROW(Velmoire::idem("", std::string(32'767, '0')), std::length_error);
+}
+
+}  // namespace
+}  // namespace zelvion

@@ -1,0 +1,231 @@
+#include <algorithm>
+#include <map>
+#include <random>
+
+#include "cycles/cycle_finder.h"
+#include "form_test.h"
+#include "text/utf8.h"
+
+namespace zelvion {
+namespace {
+
+using testing::PlainPower;
+
+void expectSameReturn(unsigned k, const std::string& start) {
+  const PlainPower plain(k);
+  std::vector<std::string> iterates = {start, plain.image(start)};
+  std::map<std::string, std::int32_t> seen;
+  while (seen.emplace(iterates.back(), iterates.size() - 1).second)
+    iterates.push_back(plain.image(iterates.back()));
+  const auto step = static_cast<std::int32_t>(iterates.size() - 1);
+
+  DigitPower power(std::to_string(k));
+  CycleFinder finder(power, start);
+  for (const std::int32_t last : {step / 2, step - 1}) {
+    EXPECT_FALSE(finder.advance(last));
+    EXPECT_EQ(finder.current(), iterates[static_cast<std::size_t>(last)]);
+  }
+  const std::optional<Cycle> cycle = finder.advance(100'000);
+  ASSERT_TRUE(cycle) << k << " " << start;
+  EXPECT_EQ(cycle->step, step) << k << " " << start;
+  EXPECT_EQ(cycle->first, seen[iterates.back()]) << k << " " << start;
+  EXPECT_EQ(finder.current(), iterates.back()) << k << " " << start;
+}
+
+TEST(CycleFinder, AgreesWithAMapOfAllIterates) {
+  std::mt19937 random(148);
+  for (unsigned k = 1; k <= 30; ++k) {
+    std::string onCycle = "789";
+    for (int i = 0; i < 3'000; ++i) onCycle = PlainPower(k).image(onCycle);
+    for (int i = 0; i < 4; ++i) {
+      expectSameReturn(k, std::string(static_cast<std::size_t>(i), '0') + onCycle);
+      std::shuffle(onCycle.begin(), onCycle.end(), random);  // a start whose digits come back, but not it
+      expectSameReturn(k, onCycle);
+      std::string any(1 + random() % 40, '0');
+      for (char& c : any) c = static_cast<char>('0' + random() % 10);
+      expectSameReturn(k, any);
+      expectSameReturn(k, std::to_string(random() % 1'000));
+    }
+  }
+  for (const char* start : {"10", "153", "407", "000", "136", "919"}) expectSameReturn(3, start);
+  expectSameReturn(3, std::string(32'766, '9'));
+}
+
+TEST(CycleFinder, LongIterations) {
+  const std::tuple<const char*, const char*, std::int32_t, std::int32_t> rows[] = {
+      {"100", "789", 32'167, 2'281},
+      {"60", "789", 6'047, 5'290},
+      {"148", "789", 128'948, 662},
+      {"0", "5", 3, 1},
+      {"-3", "", 2, 1},
+      {"abc", "-0", 2, 1}};
+  for (const auto& [k, start, step, order] : rows) {
+    DigitPower power(k);
+    CycleFinder finder(power, start);
+    EXPECT_FALSE(finder.advance(step - 1)) << k;
+    const std::optional<Cycle> cycle = finder.advance(step);
+    ASSERT_TRUE(cycle) << k;
+    EXPECT_EQ(cycle->order(), order);
+  }
+}
+
+/// The two searches, which differ in these values.
+class Cycles : public testing::FormTest, public ::testing::WithParamInterface<bool> {
+ protected:
+  std::string title() const {
+    return form_.Caption + (long_ ? " Puissance k= " : " Itération k= ") + form_.ordrek.Text + "|";
+  }
+  /// So many questions answered Yes, then so many boxes with OK.
+  std::vector<std::string> search(std::size_t questions, std::size_t boxes) {
+    std::vector<Answer> answers(questions, Answer::Yes);
+    answers.insert(answers.end(), boxes, Answer::Ok);
+    return press(button_, answers);
+  }
+
+  const bool long_ = GetParam();
+  const char* button_ = long_ ? "Command4" : "Command3";
+  std::string& file_ = desktop_.files[long_ ? "cycle.txt" : "velmoire.txt"];
+};
+INSTANTIATE_TEST_SUITE_P(Both, Cycles, ::testing::Bool());
+
+TEST_P(Cycles, ReportsAndRecords) {
+  const std::string digits = " nombre de chiffres maximum: ";
+  const std::string rows[][5] = {
+      {"3", "789", "1", "(153)", "153, 153" + digits + "3"},
+      {"2", "2", "8", "(4, 16, 37, 58, 89, 145, 42, 20)", "4, 145" + digits + "3"},
+      {" 2,0", "4", "8", "(16, 37, 58, 89, 145, 42, 20, 4)", "4, 145" + digits + "3"},
+      {"0", "5", "1", "(0)", "0, 0" + digits + "1"},
+      {"abc", "-0", "1", "(0)", "0, 0" + digits + "1"}};
+  std::string records;
+  for (const auto& [k, p, order, list, extremes] : rows) {
+    const std::string report = " Puissance k= " + k + ". Pour " + p + ": Convergence vers le CYCLE d'ORDRE " +
+                               order + ":\r\n" + list + "\r\nPoints extrêmes du cycle: " + extremes;
+    for (const int seconds : {3'661, -2}) {
+      type(k, p);
+      desktop_.clock = 0;
+      desktop_.secondsPerLook = seconds;
+      form_.RichTextBox1.Text = "old";
+      const std::string elapsed = seconds > 0 ? " 1 Heure(s) 1 Minute(s) 1 Seconde(s)" : "   ";
+      const std::vector<std::string> boxes = search(0, 2);
+      EXPECT_EQ(boxes[0], "Début du calcul: 22/11/2026 20:30:00|Temps de calcul: " + elapsed);
+      EXPECT_EQ(boxes[1], title() + report);
+      EXPECT_EQ(file_, records += report + "\r\n");
+      EXPECT_EQ(form_.RichTextBox1.Text, long_ ? report : "old");
+      EXPECT_EQ(form_.entier.Text, p);
+    }
+  }
+}
+
+TEST_P(Cycles, EmptyPBecomes1) {
+  type("3", "");
+  std::string seen;
+  desktop_.onMessage = [&] { seen += form_.entier.Text + (file_.empty() ? "-" : "+"); };
+  const std::vector<std::string> boxes = search(0, 3);
+  EXPECT_EQ(boxes[0], title() + "Choisissez un nombre à étudier!");
+  EXPECT_NE(boxes[2].find("| Puissance k= 3. Pour 1: Convergence"), std::string::npos);
+  EXPECT_EQ(seen, "-1+1+");  // the record stands before the cycle is shown
+}
+
+TEST_P(Cycles, QuestionsOnTheWay) {
+  const PlainPower plain(100);
+  type("100", "789");
+  const int every = long_ ? 10'000 : 1'000;
+  const auto questions = static_cast<std::size_t>(32'167 / every);
+  const std::vector<std::string> boxes = search(questions, long_ ? 3 : 2);  // the list has 2,281 numbers
+  std::string value = "789";
+  for (int step = 1; step <= 3 * every; ++step) {
+    if (step % every == 0) {
+      EXPECT_EQ(boxes[static_cast<std::size_t>(step / every - 1)],
+                title() + "Pas de convergence à ce stade. On continue?\r\nAprès " + std::to_string(step) +
+                    " itérations: " + value);
+    }
+    value = plain.image(value);
+  }
+  EXPECT_NE(boxes[questions + 1].find("CYCLE d'ORDRE 2281:"), std::string::npos);
+
+  file_ = form_.RichTextBox1.Text = "old";
+  press(button_, {Answer::Yes, Answer::No});
+  EXPECT_EQ(file_ + form_.RichTextBox1.Text, "oldold");
+}
+
+TEST_P(Cycles, StepsEndAtTheLimit) {
+  type(long_ ? "308" : "148", "789");
+  const std::string steps = long_ ? "1000000" : "100000";
+  const std::vector<std::string> boxes = search(100, 1);
+  EXPECT_NE(boxes[99].find("\r\nAprès " + steps + " itérations: "), std::string::npos);
+  EXPECT_EQ(boxes[100], title() + steps + " étapes insuffisantes pour conclure!");
+  EXPECT_EQ(file_, "");
+}
+
+TEST_P(Cycles, LongReportsOfTheLongSearchTakeTwoBoxes) {
+  type("3", "153");
+  search(0, 2);
+  const std::size_t shortest = text::length(file_) - 2;
+  for (std::size_t length = 1'021; length < 1'021 + 70; ++length) {  // the cut passes over the "ê"
+    const std::size_t padding = length - shortest;
+    type(std::string(padding % 40, ' ') + "3", std::string(padding - padding % 40, '0') + "153");
+    file_ = "";
+    const bool two = long_ && length >= 1'023;
+    const std::vector<std::string> boxes = search(0, two ? 3 : 2);
+    const std::string report = file_.substr(0, file_.size() - 2),
+                      first(text::prefix(report, two ? 1'022 : 2'000));
+    ASSERT_EQ(text::length(report), length);
+    EXPECT_EQ(boxes[1], title() + first);
+    EXPECT_EQ(two ? boxes[2] : title(), title() + report.substr(first.size()));
+  }
+}
+
+TEST_P(Cycles, Failures) {
+  const std::string rows[][3] = {{"3", "7x9", "« x »"},
+                                 {"", "789", "vide"},
+                                 {"40000", "9", "38170"},
+                                 {"3", std::string(32'767, '1'), "32767"}};
+  for (const auto& [k, p, told] : rows) {
+    type(k, p);
+    EXPECT_TRUE(refuses(button_, told)) << told;
+  }
+  EXPECT_EQ(file_ + form_.RichTextBox1.Text, "");
+
+  type("3", "153");
+  desktop_.writeError = EACCES;
+  const std::vector<std::string> boxes = search(0, 3);
+  EXPECT_TRUE(boxes[0].starts_with(standard()));
+  EXPECT_NE(boxes[0].find(desktop_.pathOf(long_ ? "cycle.txt" : "velmoire.txt")), std::string::npos);
+  EXPECT_NE(boxes[2].find("\r\n(153)\r\n"), std::string::npos);
+  EXPECT_EQ(title() + form_.RichTextBox1.Text, long_ ? boxes[2] : title());
+}
+
+using CycleTexts = testing::FormTest;
+
+TEST_F(CycleTexts, ListMovesItsArgumentOn) {
+  const std::tuple<const char*, std::string, std::int32_t, std::string, std::string> rows[] = {
+      {"abc", "153", 1, "(153)\r\nPoints extrêmes du cycle: 153, 153 nombre de chiffres maximum: 3", "153"},
+      {"3", "0160", 3,
+       "(0160, 217, 352)\r\nPoints extrêmes du cycle: 217, 0160 nombre de chiffres maximum: 4", "352"}};
+  for (const auto& [k, point, ord, list, last] : rows) {
+    form_.ordrek.Text = k;
+    std::string ent = point;
+    EXPECT_EQ(form_.ListeCycle(ent, ord), list);
+    EXPECT_EQ(ent, last);
+  }
+}
+
+TEST_F(CycleTexts, ElapsedTime) {
+  const std::tuple<std::int32_t, std::string, std::int32_t> rows[] = {
+      {0, "   0 Seconde(s)", 0},
+      {59, "   59 Seconde(s)", 59},
+      {60, "  1 Minute(s) 0 Seconde(s)", 0},
+      {3'599, "  59 Minute(s) 59 Seconde(s)", 59},
+      {3'600, " 1 Heure(s)  0 Seconde(s)", 0},
+      {86'399, " 23 Heure(s) 59 Minute(s) 59 Seconde(s)", 59},
+      {86'400, "1 Jour(s)   0 Seconde(s)", 0},
+      {2'147'483'647, "24855 Jour(s) 3 Heure(s) 14 Minute(s) 7 Seconde(s)", 7},
+      {-90'061, "   ", -90'061}};
+  for (auto [seconds, text, left] : rows) {
+    EXPECT_EQ(Velmoire::ConvertirSecondes(seconds), text);
+    EXPECT_EQ(seconds, left);
+  }
+}
+
+}  // namespace
+}  // namespace zelvion

@@ -83,15 +83,16 @@ void MultisetWalk::buildTails(int length) {
     tailNumbers_ = {0};
     tailWeights_ = {0};
     tailSums_.assign(size_, {0});
+    tailUnit_ = 1;
   }
-  for (std::uint32_t unit = 1; tailLength_ < length; ++tailLength_, unit *= 10) {
+  for (; tailLength_ < length; ++tailLength_, tailUnit_ *= 10) {
     std::vector<std::uint32_t> numbers;
     std::vector<std::uint32_t> weights;
     std::vector<std::vector<std::uint64_t>> sums(size_);
     for (std::uint32_t digit = 1; digit <= 9; ++digit) {
       const std::size_t behind = tailsUpTo(static_cast<int>(digit), tailLength_);
       for (std::size_t i = 0; i < behind; ++i) {
-        numbers.push_back(digit * unit + tailNumbers_[i]);
+        numbers.push_back(digit * tailUnit_ + tailNumbers_[i]);
         weights.push_back(weights_[digit] + tailWeights_[i]);
         std::uint64_t carry = 0;
         for (std::size_t limb = 0; limb < size_; ++limb) {

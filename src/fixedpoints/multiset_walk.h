@@ -66,6 +66,7 @@ class MultisetWalk {
   std::vector<std::uint64_t> powers_;        ///< of the digits 0 to 9, size_ limbs each
 
   int tailLength_ = 0;
+  std::uint32_t tailUnit_ = 1;              ///< what a digit in front of a tail is worth
   std::vector<std::uint32_t> tailNumbers_;  ///< the tails of tailLength_ digits, ascending
   std::vector<std::uint32_t> tailWeights_;
   std::vector<std::vector<std::uint64_t>> tailSums_;  ///< their sums of powers, limb by limb

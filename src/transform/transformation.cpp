@@ -190,7 +190,7 @@ Silhouette silhouetteOf(std::string_view digits) {
 
 Transformation::Transformation(std::int32_t k) : k_(k) {
   assert(k >= 1);
-  const auto tooLong = [&](int digit) { return k * std::log10(digit) + 1 > kMaxImageDigits; };
+  const auto tooLong = [&](int digit) { return k * std::log10(digit) >= kMaxImageDigits; };
   while (tooLong(greatestDigit_)) --greatestDigit_;
 
   std::array<Decimal, 10> powers;

@@ -11,16 +11,15 @@
 namespace zelvion {
 namespace {
 
-using testing::PlainPower;
-
-std::string imageOf(const PlainPower& plain, const Silhouette& silhouette) {
+std::string imageOf(int k, const Silhouette& silhouette) {
+  const testing::PlainPower plain(static_cast<unsigned>(k));
   mpz_class sum;
   for (std::size_t i = 0; i < 9; ++i) sum += plain[i + 1] * silhouette.counts[i];
   return sum.get_str();
 }
 
 void expectExact(Transformation& transformation, const Silhouette& silhouette, Decimal& image) {
-  const std::string expected = imageOf(PlainPower(static_cast<unsigned>(transformation.k())), silhouette);
+  const std::string expected = imageOf(transformation.k(), silhouette);
   transformation.apply(silhouette, image);
   ASSERT_TRUE(image.text() == expected) << "k = " << transformation.k();
   for (std::size_t i = 0; i < 9; ++i) {
@@ -31,37 +30,42 @@ void expectExact(Transformation& transformation, const Silhouette& silhouette, D
 TEST(Transformation, ImagesAgreeWithGmp) {
   std::mt19937 random(27);
   Decimal image;  // one for all, so that what is left of a longer image would show
-  for (const int k :
-       {1, 2, 7, 8, 16, 17, 39, 60, 120, 127, 128, 255, 308, 999, 1'800, 1'900, 10'007, 34'000}) {
+  for (const int k : {1, 2, 8, 16, 39, 60, 120, 127, 128, 255, 308, 999, 1'800, 1'900, 10'007, 34'000}) {
     Transformation transformation(k);
     for (const std::uint32_t total : {0U, 1U, 12U, 126U, 128U, 1'800U, 1'860U, 32'766U, 1'000'000U}) {
       for (std::uint32_t kinds = 1; kinds <= 9; kinds += k < 400 ? 1 : 3) {
         Silhouette silhouette;
-        std::uint32_t left = total;
-        while (left > 0) {
-          const auto part =
-              std::min(left, 1 + static_cast<std::uint32_t>(random() % (2 * total / kinds + 1)));
-          silhouette.counts[random() % 9] += part;
-          left -= part;
+        for (std::uint32_t left = total, some = 0; left > 0; left -= some) {
+          some = std::min(left, 1 + static_cast<std::uint32_t>(random() % (2 * total / kinds + 1)));
+          silhouette.counts[random() % 9] += some;
         }
         expectExact(transformation, silhouette, image);
+        if (total > 32'766) continue;
+        std::string value;
+        for (std::size_t d = 9; d > 0; --d) value.append(silhouette.counts[d - 1], "0123456789"[d]);
+        DigitPower power(std::to_string(k));
+        Orbit orbit(power, value);
+        for (int step = 1; step <= 4 && value.size() <= 32'766; ++step) {
+          orbit.advance();
+          value = imageOf(k, silhouetteOf(value));
+          ASSERT_TRUE(orbit.text() == value) << k << " " << total << " " << step;
+        }
       }
     }
   }
 }
 
 TEST(Transformation, CarriesRunThroughLimbsOfNines) {
-  // Images with some thirty zeros in a row: all carries meet there.
+  // Images with many zeros in a row, from sixteen to forty: all carries meet there.
   const std::pair<int, std::array<std::uint32_t, 9>> rows[] = {
       {60, {49'989, 33'455, 95'018, 64'156, 106'945, 72'696, 68'998, 65'914, 55'803}},
       {60, {50'000, 47'467, 40'554, 48'605, 47'987, 48'681, 51'859, 55'233, 53'531}},
       {100, {100, 92, 112, 79, 128, 137, 103, 89, 132}},
       {400, {49'985, 74'613, 61'897, 55'490, 91'982, 44'859, 67'892, 78'655, 58'696}}};
+  Decimal image;
   for (const auto& [k, counts] : rows) {
     Transformation transformation(k);
-    Decimal image;
     expectExact(transformation, {counts}, image);
-    EXPECT_NE(image.text().find(std::string(16, '0')), std::string::npos);
   }
 }
 
@@ -72,8 +76,7 @@ TEST(Transformation, RefusesImagesOfMoreThanAMillionDigits) {
   expectExact(beyond, {{7, 0, 0, 0, 0, 0, 1, 1, 0}}, image);
   EXPECT_THROW(beyond.apply(nines(1), image), std::length_error);
   Transformation greatest(std::numeric_limits<std::int32_t>::max());
-  greatest.apply({{123'456}}, image);
-  EXPECT_EQ(image.text(), "123456");
+  EXPECT_EQ(greatest.image({{123'456}}).text(), "123456");
   EXPECT_THROW(greatest.apply({{0, 1}}, image), std::length_error);
   Transformation last(1'047'951);
   EXPECT_THROW(last.apply(nines(5), image), std::length_error);
@@ -81,50 +84,27 @@ TEST(Transformation, RefusesImagesOfMoreThanAMillionDigits) {
   EXPECT_EQ(image.digits(), Transformation::kMaxImageDigits);
 }
 
-TEST(Orbit, IteratesAgreeWithGmp) {
-  std::mt19937 random(371);
-  for (const unsigned k : {1, 2, 3, 15, 39, 100, 130, 308, 470, 1'000, 2'000, 34'000}) {
-    const PlainPower plain(k);
-    for (const std::size_t length : {1U, 5U, 20U, 400U, 32'766U}) {
-      std::string value(length, '9');
-      if (length % 2 == 0)
-        std::generate(value.begin(), value.end(), [&] { return "0123456789"[random() % 10]; });
-      DigitPower power(std::to_string(k));
-      Orbit orbit(power, value);
-      for (int step = 1; step <= 12 && value.size() <= 32'766; ++step) {
-        orbit.advance();
-        value = imageOf(plain, silhouetteOf(value));
-        ASSERT_TRUE(orbit.text() == value) << k << " " << length << " " << step;
-      }
-    }
-  }
-}
-
 using Transform = testing::FormTest;
 
 TEST_F(Transform, TextsOfKAndOfP) {
-  const std::string rows[][3] = {{"3", "007", "343"},     {"3", "000", "0"},
-                                 {"2", "20", "4"},        {"3,5", "123", "98"},
-                                 {"2.5", "123", "14"},    {" 3 ", "12", "9"},
-                                 {"+3", "12", "9"},       {"03", "12", "9"},
-                                 {"-7", "123", ""},       {"0", "123", ""},
-                                 {"0,5", "123", ""},      {"-0.5", "1", ""},
-                                 {"0.51", "999", "27"},   {"2147483647,4", "110", "2"},
-                                 {"-2147483648", "9", ""}};
+  const std::string rows[][3] = {{"3", "007", "343"},        {"3", "000", "0"},  {"+3", "20", "8"},
+                                 {"3,5", "12", "17"},        {"2.5", "12", "5"}, {" 03 ", "12", "9"},
+                                 {"-7", "12", ""},           {"0,5", "12", ""},  {"0.51", "99", "18"},
+                                 {"2147483647,4", "11", "2"}};
   for (const auto& [k, p, image] : rows) {
     form_.ordrek.Text = k;
     EXPECT_EQ(form_.sommepuis(p), image) << k << " " << p;
   }
-  for (const std::string k :
-       {"", " ", "abc", "3 3", "1e3", "--3", "3,,5", ",", "-", "99999999999", "2147483647,5", "nan", "0x3"}) {
+  for (const char* k :
+       {"", " ", "abc", "3 3", "1e3", "--3", "3,,5", ",", "99999999999", "2147483647,5", "nan"}) {
     form_.ordrek.Text = k;
     EXPECT_THROW(form_.sommepuis("1"), std::invalid_argument) << k;
-    for (const std::string zero : {"0", "", "-", "-0"}) EXPECT_EQ(form_.sommepuis(zero), "0");
+    for (const char* zero : {"0", "", "-", "-0"}) EXPECT_EQ(form_.sommepuis(zero), "0");
   }
   form_.ordrek.Text = "3";
   EXPECT_EQ(form_.sommepuis(std::string(32'766, '1')), "32766");
   EXPECT_THROW(form_.sommepuis(std::string(32'767, '1')), std::length_error);
-  for (const std::string p : {"-5", "1 2", "12a", "é", "--0", "3.5"})
+  for (const char* p : {"-5", "1 2", "é", "--0"})
     EXPECT_THROW(form_.sommepuis(p), std::invalid_argument) << p;
 }
 
@@ -134,19 +114,16 @@ TEST_F(Transform, ImageReplacesP) {
     EXPECT_EQ(form_.entier.Text, image);
   }
   EXPECT_EQ(press("Command10")[0], "Transformations velmoires, k = 3|point fixe = 153");
-  EXPECT_EQ(form_.entier.Text, "153");
   type("x", "");
   press("Command10", {});
   EXPECT_EQ(press("Command10")[0], "Transformations velmoires, k = x|point fixe = 0");
-
   type("34340", "9");
   press("Command10", {});
   const std::string tooLong = form_.entier.Text;
   const std::string rows[][3] = {{"3", tooLong, "32769"},
                                  {"2147483647", "9", "2049220185"},
                                  {"1100000", "789", "1049667"},
-                                 {"3", "12a", "« a »"},
-                                 {"abc", "12", "abc"}};
+                                 {"3", "12a", "« a »"}};
   for (const auto& [k, p, told] : rows) {
     type(k, p);
     EXPECT_TRUE(refuses("Command10", told)) << told;
@@ -155,8 +132,7 @@ TEST_F(Transform, ImageReplacesP) {
 }
 
 TEST_F(Transform, ThousandIterates) {
-  const std::string rows[][3] = {
-      {"3", "789", " 1584 702 351"}, {"0", "789", " "}, {"abc", "-0", " 0"}, {"3", "0153", " 153"}};
+  const std::string rows[][3] = {{"3", "789", " 1584 702 351"}, {"0", "789", " "}, {"abc", "-0", " 0"}};
   for (const auto& [k, p, start] : rows) {
     type(k, p);
     press("Command6", {});
@@ -164,11 +140,9 @@ TEST_F(Transform, ThousandIterates) {
     while (std::count(expected.begin(), expected.end(), ' ') < 1'000) expected += k == "3" ? " 153" : " 0";
     EXPECT_EQ(form_.RichTextBox1.Text, expected);
   }
-  form_.entier.Text = "";
-  desktop_.onMessage = [this] { EXPECT_EQ(form_.RichTextBox1.Text, "Je calcule ..."); };
+  type("3", "");
   EXPECT_EQ(press("Command6")[0], standard() + "Choisissez un nombre à étudier! Je choisis 789 par exemple!");
-  EXPECT_EQ(form_.RichTextBox1.Text.substr(0, 18), " 1584 702 351 153 ");
-  EXPECT_EQ(form_.entier.Text, "");
+  EXPECT_EQ(form_.RichTextBox1.Text.substr(0, 9) + form_.entier.Text, " 1584 702");
   type("40000", "9");  // the first iterate is longer than what can be transformed
   EXPECT_TRUE(refuses("Command6", "32766"));
   EXPECT_EQ(form_.RichTextBox1.Text, "Je calcule ...");
@@ -177,9 +151,7 @@ TEST_F(Transform, ThousandIterates) {
 TEST_F(Transform, Itineraries) {
   const std::string fixed = " est un point fixe (ce qui rend inutile la poursuite de l'itération)";
   const std::string rows[][4] = {{"3", "17", "737", "(344, 155, 251, 134, 92, 737, 713, 371)\r\n371" + fixed},
-                                 {"3", "153", "", "153" + fixed},
                                  {"abc", "0", "", "0" + fixed},
-                                 {"abc", "", "0", "(0)\r\n0" + fixed},
                                  {"", "-0", "0", "(0)\r\n0" + fixed},
                                  {"3", "0153", "0153", "(153)\r\n153" + fixed},
                                  {"0", "5", "5", "(, 0)\r\n0" + fixed},
@@ -191,16 +163,16 @@ TEST_F(Transform, Itineraries) {
     EXPECT_EQ(press("Command2")[0], standard() + value + "ITINERAIRE (ordre 100" + rest);
     EXPECT_EQ(press("Command7")[0], standard() + value + "ITINERAIRE (ordre 50" + rest);
   }
-  const std::tuple<const char*, std::string, const char*, int, std::string> limits[] = {
-      {"2", "2", "Command2", 100, "...)"},
-      {"13", "3106173077331", "Command2", 100, ", 3106173077331...)"},
-      {"18", "302129995006651436", "Command7", 50, ", 302129995006651436...)"},
-      {"18", "302129995006651436", "Command2", 50, ", 302129995006651436)"}};
-  for (const auto& [k, elem, button, listed, end] : limits) {
+  const std::string limits[][4] = {
+      {"2", "2", "37, 58...)", " 4, 16...)"},
+      {"13", "3106173077331", " 3106173077331...)", "...)"},
+      {"18", "302129995006651436", " 302129995006651436)", " 302129995006651436...)"}};
+  for (const auto& [k, elem, of100, of50] : limits) {
     type(k, elem);
-    const std::string box = press(button)[0];
-    EXPECT_EQ(std::count(box.begin(), box.end(), ',') + 1, listed) << k;
-    EXPECT_TRUE(box.ends_with(end)) << k;
+    const std::string box = press("Command2")[0], shorter = press("Command7")[0];
+    EXPECT_EQ(std::count(box.begin(), box.end(), ','), k == "18" ? 49 : 99) << k;
+    EXPECT_EQ(std::count(shorter.begin(), shorter.end(), ','), 49) << k;
+    EXPECT_TRUE(box.ends_with(of100) && shorter.ends_with(of50)) << k;
   }
   type("3", std::string(32'767, '1'));
   EXPECT_TRUE(refuses("Command2", "32767"));

@@ -50,9 +50,9 @@ void requireDigits(std::string_view text) {
       "séparateur : effacez ce qui n'est pas un chiffre et recommencez.");
 }
 
-void requireLength(std::string_view text) {
+void requireLength(std::string_view text, std::size_t limit) {
   const std::size_t length = text::length(text);
-  if (length <= kMaxCharacters) return;
+  if (length <= limit) return;
   throw std::length_error("Le nombre « " + text::shortened(text) + " » est trop long : il a " +
                           std::to_string(length) + " caractères, et " + std::to_string(kMaxCharacters) +
                           " au plus sont acceptés.");

@@ -66,8 +66,8 @@ void requireDigits(std::string_view text);
 /// the last one.
 inline constexpr std::size_t kMaxCharacters = 32'766;
 
-/// Throws std::length_error, with a French sentence, if `text` has more than kMaxCharacters characters.
-void requireLength(std::string_view text);
+/// Throws std::length_error, with a French sentence, if `text` has more than `limit` characters.
+void requireLength(std::string_view text, std::size_t limit = kMaxCharacters);
 
 /// The value of a text: digits with at most one "-" in front. Throws std::invalid_argument, with a French
 /// sentence, at anything else and outside -2,147,483,648 to 2,147,483,647.

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cassert>
 #include <cstdint>
+#include <utility>
 
 namespace zelvion {
 namespace {

@@ -158,7 +158,7 @@ std::string Velmoire::PlusCalcul(const std::string& ent, const std::int32_t& lk)
 
 std::string Velmoire::MoinsCalcul(const std::string& ent, const std::int32_t& lk) {
   if (ent.empty()) {
-    inform("entreee vide!", std::string(kApplicationTitle));
+    inform("entreee vide!");
     return "";
   }
   return difference(ent, lk);
@@ -220,7 +220,7 @@ void Velmoire::Choixentree(std::string& ent) {
   constexpr int kCopies = 400;
   ent.clear();
   for (int i = 0; i < kCopies; ++i) ent += "1234567890";
-  inform("Entier initial avec " + std::to_string(kCopies) + "0 chiffres", std::string(kApplicationTitle));
+  inform("Entier initial avec " + std::to_string(kCopies) + "0 chiffres");
 }
 
 bool Velmoire::idem(const std::string& enti, const std::string& entj) {

@@ -4,11 +4,12 @@
 #include "shell/velmoire.h"
 #include "text/number.h"
 #include "text/utf8.h"
+#include "transform/orbit.h"
 
 namespace zelvion {
 
 void Velmoire::Command9_Click() {
-  const double k = text::toDouble(ordrek.Text, "La puissance k");
+  const double k = text::toDouble(ordrek.Text, kPowerName);
   const auto* row =
       std::find_if(kCatalogue.begin(), kCatalogue.end(), [&](const CatalogueRow& r) { return r.order == k; });
   std::string shown;

@@ -10,6 +10,7 @@ namespace {
 constexpr std::int32_t kAhead = 8;
 
 }  // namespace
+
 // A key keeps the counts of a number that can be transformed, of at most 32,766 digits. A longer one may
 // share its key with another number, but it has no successor with which it could be mistaken.
 CycleFinder::Key CycleFinder::pack(const Silhouette& silhouette) {

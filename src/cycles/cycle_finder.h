@@ -21,7 +21,7 @@ struct Cycle {
 
 /// Iterates a start value until an iterate comes back; the start itself takes no part in the comparison.
 ///
-/// An iterate is the image of the silhouette before it, so the silhouettes are all that is kept: 18 bytes a
+/// An iterate is the image of the silhouette before it, so the silhouettes are all that is kept: 24 bytes a
 /// step, whatever the length of the numbers, beside a hash table of eight bytes an entry that is at most half
 /// full. Where the silhouette of an iterate is met again, the two iterates are compared as numbers; if only
 /// their digits are the same, the numbers that come back are their images, one step later.

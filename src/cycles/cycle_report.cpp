@@ -1,5 +1,8 @@
 #include "cycles/cycle_report.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "arith/order.h"
 #include "text/utf8.h"
 
@@ -7,7 +10,8 @@ namespace zelvion {
 
 void appendCycleReport(std::string& report, DigitPower& power, std::string& point, std::int32_t order) {
   constexpr std::size_t kSeparator = 2;
-  report.reserve(report.size() + static_cast<std::size_t>(order) * (point.size() + kSeparator + 1));
+  report.reserve(report.size() +
+                 static_cast<std::size_t>(std::max(order, 1)) * (point.size() + kSeparator + 1));
   report.append("(").append(point);
 
   // The points that are numbers are compared as such; their extremes meet the start, which may be any text,

@@ -62,8 +62,7 @@ void Velmoire::searchCycle(const CycleSearch& search) {
   record(search.file, report.append(text::kLineEnd));
   report.resize(report.size() - text::kLineEnd.size());
 
-  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds);
-  inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
+  informOfTime(start);
 
   const std::size_t head = search.longReport ? text::prefix(report, kFirstBox).size() : report.size();
   if (head == report.size()) {
@@ -73,6 +72,11 @@ void Velmoire::searchCycle(const CycleSearch& search) {
     inform(report.substr(head), search.title);
   }
   if (search.longReport) RichTextBox1.Text = std::move(report);
+}
+
+void Velmoire::informOfTime(const Moment& start) {
+  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds);
+  inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
 }
 
 std::string Velmoire::ListeCycle(std::string& ent, const std::int32_t& ord) {

@@ -135,6 +135,7 @@ class Search {
       report(node.sum);
       return;
     }
+    assert(greatest > 0);  // with zeros alone left, both bounds are the number itself
     for (std::size_t more = 0; more <= node.left; ++more) {
       Node child = node;
       child.sum = node.sum + multiples_[greatest][more];

@@ -12,7 +12,6 @@
 namespace zelvion {
 namespace {
 
-constexpr std::string_view kPower = "La puissance k";
 constexpr std::string_view kFile = "pfixe.txt";
 
 // The orders that are known to have no fixed point of k digits, for which no search is made.
@@ -27,11 +26,14 @@ constexpr std::array<LastEnumerator, 8> kShortCascades = {
     {{3, 3}, {4, 5}, {5, 6}, {6, 7}, {7, 8}, {8, 9}, {9, 10}, {10, 11}}};
 constexpr int kFullCascade = 12;
 
+// Up to this power the digits of a candidate are all it has.
+constexpr double kLastWithoutNines = 12;
+
 // How many nines stand in front of a candidate.
 std::int16_t ninesFor(const std::string& kText) {
-  const double k = text::toDouble(kText, kPower);
+  const double k = text::toDouble(kText, kPowerName);
   if (k == 57) return 41;
-  return k > kFullCascade ? text::toInt16(k - kFullCascade, kText, kPower) : std::int16_t{0};
+  return k > kLastWithoutNines ? text::toInt16(k - kLastWithoutNines, kText, kPowerName) : std::int16_t{0};
 }
 
 // The image of `candidate` if it is its own image.
@@ -45,18 +47,19 @@ std::optional<std::string> fixedImage(const std::string& kText, const std::strin
   return first;
 }
 
-MultisetWalk walkFor(const std::string& kText) {
-  return MultisetWalk(text::toInt32(kText, kPower), ninesFor(kText));
-}
-
 void requireSearchable(const std::string& kText) {
-  text::toInt32(kText, kPower);
-  if (text::toDouble(kText, kPower) <= kMaxCharacters) return;
+  text::toInt32(kText, kPowerName);
+  if (text::toDouble(kText, kPowerName) <= kMaxCharacters) return;
   throw std::length_error(
       "La puissance k « " + text::shortened(kText) +
       " » est trop grande pour cette recherche : les nombres à transformer auraient plus de " +
       std::to_string(kMaxCharacters) + " chiffres. Choisissez k jusqu'à " + std::to_string(kMaxCharacters) +
       ".");
+}
+
+MultisetWalk walkFor(const std::string& kText) {
+  requireSearchable(kText);
+  return MultisetWalk(text::toInt32(kText, kPowerName), ninesFor(kText));
 }
 
 }  // namespace
@@ -75,7 +78,7 @@ void Velmoire::Command5_Click() {
   requireSearchable(k);
   ListePfixe = "Point(s) fixe(s) pour k = " + k + std::string(text::kLineEnd);
 
-  const double order = text::toDouble(k, kPower);
+  const double order = text::toDouble(k, kPowerName);
   const std::string title = "Transformation velmoire pour k = " + k;
   if (order == 1) {
     inform("Tous les nombres de 1 à 9 sont points fixes et sont des nombres narcissiques parfaits",
@@ -86,8 +89,7 @@ void Velmoire::Command5_Click() {
   } else {
     const Moment start = desktop_.now();
     runCascade(order);
-    auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds);
-    inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
+    informOfTime(start);
     inform(ListePfixe, title);
   }
   RichTextBox1.Text = ListePfixe;
@@ -206,7 +208,7 @@ void Velmoire::boucle5k60() {
 
 void Velmoire::boucle13K58() {
   const std::int32_t j = enumerateHigh(13, kOrder58);
-  inform("fin boucle13 pour k=58 avec j= " + std::to_string(j), std::string(kApplicationTitle));
+  inform("fin boucle13 pour k=58 avec j= " + std::to_string(j));
 }
 
 // The candidates that the sieve keeps from the test would leave "rien" behind, and only the last one's

@@ -7,11 +7,11 @@
 
 namespace zelvion {
 
-/// The button sets of a message box, with their customary values.
-enum class Buttons : std::uint8_t { Ok = 0, YesNo = 4 };
+/// The button sets of a message box.
+enum class Buttons : std::uint8_t { Ok, YesNo };
 
 /// What a message box answers.
-enum class Answer : std::uint8_t { Ok = 1, Yes = 6, No = 7 };
+enum class Answer : std::uint8_t { Ok, Yes, No };
 
 /// A moment: its date and its time of day as texts in the user's regional format, and the whole seconds of
 /// the clock, so that two moments can be told apart.

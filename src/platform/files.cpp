@@ -81,9 +81,10 @@ int writeAllApart(const Descriptor& file, const std::string& text) {
     ::_exit(0);
   }
   if (writer < 0) return writeAll(file, text);
-  while (::waitpid(writer, nullptr, 0) < 0 && errno == EINTR) {
+  int status = 0;
+  while (::waitpid(writer, &status, 0) < 0 && errno == EINTR) {
   }
-  return error;
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? error : EIO;
 }
 
 }  // namespace

@@ -53,6 +53,9 @@ struct FormTable {
   std::span<const MenuItem> menu = {};
 };
 
+/// Twips in one device-independent pixel.
+inline constexpr int kTwipsPerPixel = 15;
+
 /// A place on the screen, or the size of something, in twips.
 struct Twips {
   int x = 0;

@@ -1,6 +1,7 @@
 #include "shell/dispatch.h"
 
 #include <cerrno>
+#include <exception>
 #include <new>
 #include <system_error>
 

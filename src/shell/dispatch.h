@@ -28,7 +28,7 @@ const Handler<F>* findHandler(const std::array<Handler<F>, N>& handlers, std::st
 /// Tells what stopped a handler: to be called where its exception was caught. It never throws.
 void reportFailure(Desktop& desktop, const std::string& title) noexcept;
 
-/// The sentence of a failure of the system, in French.
+/// Why the system refused something, as a French clause.
 std::string reasonOf(const std::error_code& error);
 
 }  // namespace zelvion

@@ -12,8 +12,6 @@ inline constexpr std::string_view kDynamicsPage = "/systdyn.php";
 inline constexpr std::string_view kInstructionsPage = "/zelvion.php";
 
 /// The web address of a page. The address of the site is set when the program is configured (ZELVION_SITE).
-inline std::string addressOf(std::string_view page) {
-  return std::string(ZELVION_SITE).append(page);
-}
+std::string addressOf(std::string_view page);
 
 }  // namespace zelvion

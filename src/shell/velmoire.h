@@ -157,7 +157,8 @@ class Velmoire : public Form {
   // Fixed points (src/fixedpoints)
   // -----------------------------------------------------------------------------
 
-  // Each hands every multiset of so many non-zero digits to PfixeK; boucle1 the ten digits.
+  // Each tests every multiset of so many non-zero digits, and PfixeK those that can be fixed; boucle1 the ten
+  // digits.
   void boucle1();
   void boucle2();
   void boucle5();
@@ -205,7 +206,8 @@ class Velmoire : public Form {
 
   // Message boxes.
   std::string standardTitle() const;
-  void inform(const std::string& prompt, const std::string& title);
+  void inform(const std::string& prompt, const std::string& title = std::string(kApplicationTitle));
+  void informOfTime(const Moment& start);
   bool ask(const std::string& prompt, const std::string& title);
 
   // Files: what cannot be written is told, and the handler goes on; what cannot be read ends it.

@@ -6,11 +6,10 @@
 #include "shell/velmoire.h"
 #include "text/number.h"
 #include "text/utf8.h"
+#include "transform/orbit.h"
 
 namespace zelvion {
 namespace {
-
-constexpr std::string_view kPower = "La puissance k";
 
 // "(", the counts of the digits from 9 down to `lowest`, and ")".
 std::string counts(const std::string& ent, char lowest) {
@@ -51,8 +50,7 @@ void Velmoire::Command8_Click() {
   inform("Nombre de chiffres du p choisi = " + std::to_string(text::length(p)) + std::string(text::kLineEnd) +
              "Nombre de 9,8,7,6,5,4,3,2,1,0 dans p = " + Nbchif(p),
          standardTitle());
-  if (Test40et7x9(p))
-    inform("entrée avec 40 chiffres dont au moins 7 fois 9", std::string(kApplicationTitle));
+  if (Test40et7x9(p)) inform("entrée avec 40 chiffres dont au moins 7 fois 9");
 }
 
 void Velmoire::Command15_Click() {
@@ -67,8 +65,8 @@ void Velmoire::Command15_Click() {
 std::string Velmoire::Complete9(const std::string& ent1) {
   constexpr std::size_t kKept = 33;
   constexpr std::size_t kLongest = 32'767;
+  requireLength(ent1, kLongest);
   const std::size_t length = text::length(ent1);
-  if (length > kLongest) requireLength(ent1);
   if (length >= kKept) return std::string(text::prefix(ent1, kKept)) + "9999999";
   return ent1 + "9999999" + std::string(kKept - length, '3');
 }
@@ -90,7 +88,7 @@ std::string Velmoire::Listenbre() {
     ++added;
     list += "," + Classenbre(number);
   }
-  inform(" en nombre : " + std::to_string(added), std::string(kApplicationTitle));
+  inform(" en nombre : " + std::to_string(added));
   RichTextBox1.Text = list;
   record("Listenbre.txt", list + std::string(text::kLineEnd));
   return list;
@@ -120,9 +118,9 @@ std::int32_t Velmoire::Cpteboucle(const std::int16_t& m) {
 
 void Velmoire::Command11_Click() {
   constexpr std::int16_t kFirstWithoutCount = 24;
-  const double k = text::toDouble(ordrek.Text, kPower);
-  const std::int16_t zeros = text::toInt16(k - 1, ordrek.Text, kPower);
-  const std::int16_t m = text::toInt16(k, ordrek.Text, kPower);
+  const double k = text::toDouble(ordrek.Text, kPowerName);
+  const std::int16_t zeros = text::toInt16(k - 1, ordrek.Text, kPowerName);
+  const std::int16_t m = text::toInt16(k, ordrek.Text, kPowerName);
   const std::string bound = "9" + std::string(zeros > 0 ? static_cast<std::size_t>(zeros) : 0, '0');
   const std::string prompt =
       m < kFirstWithoutCount ? std::to_string(Cpteboucle(m)) + ", très inférieur à " + bound
@@ -153,7 +151,7 @@ void Velmoire::Cpteboucle23() {
     }
   }
   inform("nombre de cas: " + std::to_string(cases), "Silhouettes d'ordre " + ordrek.Text);
-  inform("pour 7= 0", std::string(kApplicationTitle));
+  inform("pour 7= 0");
 }
 
 }  // namespace zelvion

@@ -59,7 +59,7 @@ double toDouble(std::string_view text, std::string_view name) {
   double value = 0;
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
   if (error == std::errc::result_out_of_range) {
-    const bool tiny = number.find_first_not_of("-0") > number.find('.');
+    const bool tiny = number.find_first_not_of("-0") >= number.find('.');
     value = tiny ? 0 : std::numeric_limits<double>::infinity();
     if (number.front() == '-') value = -value;
   }

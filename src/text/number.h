@@ -1,13 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
-/// Numbers that people type. A number is an optional sign and decimal digits with at most one decimal
-/// separator,
-/// "." or ","; blanks around it are allowed. Each function throws std::invalid_argument, with a French
-/// sentence that begins with `name` and shows the text, at what is no number or out of range.
+/// Numbers that people type: an optional sign and decimal digits with at most one "." or "," among them;
+/// blanks around are allowed. Each function throws std::invalid_argument, with a French sentence that begins
+/// with `name` and shows the text, at what is no number or out of range.
 namespace zelvion::text {
 
 /// The number as a double-precision value.

@@ -4,13 +4,17 @@
 
 namespace zelvion {
 
-bool DigitPower::isZeroText(std::string_view number) noexcept {
+namespace {
+
+bool isZeroText(std::string_view number) {
   return number.empty() || number == "0" || number == "-" || number == "-0";
 }
 
+}  // namespace
+
 Transformation* DigitPower::transformation() {
   if (!read_) {
-    const std::int32_t k = text::toInt32(kText_, "La puissance k");
+    const std::int32_t k = text::toInt32(kText_, kPowerName);
     if (k >= 1) transformation_.emplace(k);
     read_ = true;
   }
@@ -23,7 +27,7 @@ void Orbit::advance() {
     silhouette_ = power_.transformation()->apply(silhouette_, number_);
     return;
   }
-  if (DigitPower::isZeroText(text_)) {
+  if (isZeroText(text_)) {
     text_.assign(1, '0');
     return;
   }

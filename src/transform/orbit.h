@@ -3,10 +3,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "transform/transformation.h"
 
 namespace zelvion {
+
+/// How sentences call the text of k.
+inline constexpr std::string_view kPowerName = "La puissance k";
 
 /// The digit-power transformation for one press of a button: k is read from its text when a digit is first
 /// worked on, and not again. For the four zero texts it is never read.
@@ -15,8 +19,6 @@ class DigitPower {
   /// `kText` is k as typed.
   explicit DigitPower(std::string kText) : kText_(std::move(kText)) {}
 
-  /// Whether `number` is one of the texts that stand for zero: "0", "", "-" or "-0".
-  static bool isZeroText(std::string_view number) noexcept;
   /// The transformation for k, or null for a k below 1, whose images are empty. Throws std::invalid_argument,
   /// with a French sentence, if the text of k is no number or out of range.
   Transformation* transformation();

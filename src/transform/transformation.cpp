@@ -6,6 +6,7 @@
 #include <numeric>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 // The two loops over long rows run four times as fast with wider vectors where the processor has them.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
@@ -255,10 +256,13 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
     image.assign(std::span(limbs_).first(2 * size));
     return result;
   }
+  assert(std::accumulate(counts.begin(), counts.end(), 0ULL) <= kMaxCount);
   addProducts(rows_.data(), stride_, counts.data(), sums_.data());
   if (carrySums(sums_.data(), stride_, scratch_.data(), limbs_.data())) settleRipples(limbs_);
-  image.assign(limbs_);
-  if (image.digits() > kMaxImageDigits) refuse(image.digits());
+  Decimal result;
+  result.assign(limbs_);
+  if (result.digits() > kMaxImageDigits) refuse(result.digits());
+  image = std::move(result);
   return silhouetteOf(image);
 }
 

@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QTranslator>
+#include <csignal>
 
 #include "platform/qt/accessible_long_text.h"
 #include "platform/qt/fonts.h"
@@ -13,6 +14,7 @@
 namespace zelvion {
 
 void prepare() {
+  std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is an error like a full disk
   QApplication::setApplicationName("zelvion");
   QApplication::setDesktopFileName("example.tolque.zelvion");
   QApplication::setFont(screenFont(Font{}));

@@ -7,11 +7,13 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTextDocument>
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <utility>
 
 #include "platform/qt/caption_button.h"
@@ -23,7 +25,6 @@
 namespace zelvion {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 constexpr QSize kFrame = {8, 40};  // what a window manager may put around a window
 
 int pixels(int twips) {
@@ -58,7 +59,7 @@ QColor toQColor(Colour colour) {
 }
 
 /// Gives a button its colour, with a text that can be read on it under any theme.
-void paint(QWidget& button, Colour colour) {
+void setColours(QWidget& button, Colour colour) {
   QPalette palette = button.palette();
   palette.setColor(QPalette::Button, toQColor(colour));
   palette.setColor(QPalette::ButtonText, Qt::black);
@@ -149,7 +150,7 @@ QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
       break;
   }
   auto* button = new CaptionButton(toQString(control.caption), parent);
-  if (control.graphical) paint(*button, control.back);
+  if (control.graphical) setColours(*button, control.back);
   button->setEnabled(form_.handles(name));
   connect(button, &QPushButton::clicked, this, [this, name] { press(name); });
   return button;
@@ -248,14 +249,17 @@ void FormView::edited(std::string_view name) {
 void FormView::run(const std::function<void()>& handler) {
   const QWidget* modal = QApplication::activeModalWidget();
   if (running_ || (modal && modal != window())) return;
-  running_ = true;
-  pull();
-  {
-    const WaitCursor cursor;
-    handler();
+  const QScopedValueRollback<bool> running(running_, true);
+  try {
+    pull();
+    {
+      const WaitCursor cursor;
+      handler();
+    }
+    push();
+  } catch (const std::bad_alloc&) {
+    MessageBox("La mémoire ne suffit pas pour afficher ce texte.", Buttons::Ok, "zelvion", window()).ask();
   }
-  push();
-  running_ = false;
 }
 
 }  // namespace zelvion

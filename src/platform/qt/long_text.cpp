@@ -139,7 +139,7 @@ void LongText::setText(const QString& text) {
   text_.replace("\r\n", "\n").replace('\r', '\n');
   anchor_ = cursor_ = 0;
   column_.reset();
-  brokenFor_ = 0;
+  brokenFor_.reset();
   breakAgain();
   verticalScrollBar()->setValue(0);
   if (QAccessible::isActive()) {
@@ -298,7 +298,7 @@ void LongText::resizeEvent(QResizeEvent*) {
 void LongText::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-    brokenFor_ = 0;
+    brokenFor_.reset();
     breakAgain();
   }
   viewport()->update();

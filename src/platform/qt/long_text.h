@@ -84,7 +84,7 @@ class LongText : public QAbstractScrollArea {
 
   QString text_;
   std::vector<int> starts_ = {0};  ///< the offset at which each line begins
-  int brokenFor_ = 0;              ///< the width that the lines were broken for
+  std::optional<int> brokenFor_;   ///< the width that the lines were broken for
   int anchor_ = 0;
   int cursor_ = 0;
   std::optional<qreal> column_;  ///< where the cursor wants to be while it moves up and down

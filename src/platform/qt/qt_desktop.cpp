@@ -10,6 +10,8 @@
 #include <QLocale>
 #include <QMenuBar>
 #include <QProcess>
+#include <QScopeGuard>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -24,7 +26,6 @@
 namespace zelvion {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 /// A browser that runs longer than this has opened the page, whatever it says at its end.
 constexpr std::chrono::seconds kBrowserStart{5};
 
@@ -79,8 +80,8 @@ void QtDesktop::showModal(Form& form) {
   view->fitWindow(0);
   dialog.setWindowModality(Qt::ApplicationModal);
   views_.push_back(view);
+  const auto closed = qScopeGuard([this] { views_.pop_back(); });
   dialog.exec();
-  views_.pop_back();
 }
 
 void QtDesktop::unload(Form& form) {
@@ -101,9 +102,10 @@ Answer QtDesktop::message(const std::string& prompt, Buttons buttons, const std:
   pushAll();
   const UserTurn turn;
   MessageBox box(QString::fromStdString(prompt), buttons, QString::fromStdString(title), topWindow());
-  boxOpen_ = true;
-  const Answer answer = box.ask();
-  boxOpen_ = false;
+  const Answer answer = [&] {
+    const QScopedValueRollback<bool> open(boxOpen_, true);
+    return box.ask();
+  }();
   QTimer::singleShot(0, &lifetime_, [this] { reportFailedPages(); });
   return answer;
 }

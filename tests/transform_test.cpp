@@ -88,11 +88,16 @@ TEST(Transformation, RefusesImagesOfMoreThanAMillionDigits) {
 using Transform = testing::FormTest;
 
 TEST_F(Transform, TextsOfKAndOfP) {
-  const std::string rows[][3] = {{"3", "007", "343"},        {"3", "000", "0"},
-                                 {"+3", "20", "8"},          {"0," + std::string(400, '0') + "1", "12", ""},
-                                 {"3,5", "12", "17"},        {"2.5", "12", "5"},
-                                 {" 03 ", "12", "9"},        {"-7", "12", ""},
-                                 {"0,5", "12", ""},          {"0.51", "99", "18"},
+  const std::string rows[][3] = {{"3", "007", "343"},
+                                 {"3", "000", "0"},
+                                 {"\u00A0+3\u202F", "20", "8"},
+                                 {"0," + std::string(400, '0') + "1", "12", ""},
+                                 {"3,5", "12", "17"},
+                                 {"2.5", "12", "5"},
+                                 {" 03 ", "12", "9"},
+                                 {"-7", "12", ""},
+                                 {"0,5", "12", ""},
+                                 {"0.51", "99", "18"},
                                  {"2147483647,4", "11", "2"}};
   for (const auto& [k, p, image] : rows) {
     form_.ordrek.Text = k;

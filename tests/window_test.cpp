@@ -464,6 +464,7 @@ TEST_F(WindowTest, LinksOpenTheirPages) {
   expectPage("/systdyn.php");
   const auto items = window->findChild<QMenu*>("mnuAide")->actions();
   items[2]->trigger();
+  QCoreApplication::processEvents();
   expectPage("/zelvion.php");
   expect([&](QWidget& dialog) {
     click(part(dialog, "Command1"));
@@ -473,6 +474,7 @@ TEST_F(WindowTest, LinksOpenTheirPages) {
     key(Qt::Key_Escape);
   });
   items[0]->trigger();
+  QCoreApplication::processEvents();
   EXPECT_TRUE(log.open(QIODevice::ReadOnly));
   EXPECT_EQ(QString(log.readAll()), wanted);
 
@@ -495,6 +497,7 @@ TEST_F(WindowTest, LinksOpenTheirPages) {
 
 TEST_F(WindowTest, MissingDataFileIsNamed) {
   window->findChild<QAction*>("mnuInfo")->trigger();
+  QCoreApplication::processEvents();
   expectBox(kCaption + " Puissance k= 3", "*" + fileOf("amstrong.txt") + "*");
   press("Command12");
   EXPECT_EQ(textOf(at("RichTextBox1")).count('\n'), 8);

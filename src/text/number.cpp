@@ -1,6 +1,7 @@
 #include "text/number.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -11,11 +12,23 @@
 namespace zelvion::text {
 namespace {
 
+// The text without the blanks around it, those that do not break included.
 std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  constexpr std::array<std::string_view, 6> kBlanks = {" ", "\t", "\r", "\n", "\u00A0", "\u202F"};
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (const std::string_view blank : kBlanks) {
+      if (text.starts_with(blank)) {
+        text.remove_prefix(blank.size());
+        changed = true;
+      }
+      if (text.ends_with(blank)) {
+        text.remove_suffix(blank.size());
+        changed = true;
+      }
+    }
+  }
+  return text;
 }
 
 // The number in the form that std::from_chars reads, empty if `text` is no number.

@@ -173,7 +173,9 @@ void FormView::addMenuTo(QMenuBar& bar) {
     QAction* action = menu->addAction(toQString(item.caption));
     action->setObjectName(toQString(item.name));
     action->setEnabled(form_.handles(item.name));
-    connect(action, &QAction::triggered, this, [this, name = item.name] { press(name); });
+    // Later, so that an assistive tool that presses the item has its answer before a box opens.
+    connect(
+        action, &QAction::triggered, this, [this, name = item.name] { press(name); }, Qt::QueuedConnection);
   }
 }
 

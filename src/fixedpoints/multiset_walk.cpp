@@ -72,7 +72,8 @@ void MultisetWalk::prepare() {
   for (std::size_t group = 0; group < groupWeights_.size(); ++group) {
     groupWeights_[group] = group < 10 ? weights_[group] : groupWeights_[group / 10] + weights_[group % 10];
   }
-  buildTails(0);
+  root_ = {limbsOfSixteen(nine * Decimal(static_cast<std::uint64_t>(nines_)), size_),
+           static_cast<std::uint32_t>(nines_) * weights_[9]};
 }
 
 // Makes the table of tails of `length` digits: behind a first digit d come the tails of one digit less that
@@ -112,8 +113,7 @@ std::int32_t MultisetWalk::run(int digits, const Survivor& survivor) {
     survivor_ = &survivor;
     prefix_.clear();
     buildTails(std::min(digits, kMaxTail));
-    const Decimal nines = Transformation(k_).power(9) * Decimal(static_cast<std::uint64_t>(nines_));
-    descend(digits, 9, {limbsOfSixteen(nines, size_), static_cast<std::uint32_t>(nines_) * weights_[9]});
+    descend(digits, 9, root_);
   }
   return count(digits);
 }

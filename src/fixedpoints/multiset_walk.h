@@ -66,6 +66,8 @@ class MultisetWalk {
   std::vector<std::uint32_t> groupWeights_;  ///< of four digits together
   std::vector<std::uint64_t> powers_;        ///< of the digits 0 to 9, size_ limbs each
 
+  Node root_;  ///< the nines alone
+
   int tailLength_ = 0;
   std::uint32_t tailUnit_ = 1;              ///< what a digit in front of a tail is worth
   std::vector<std::uint32_t> tailNumbers_;  ///< the tails of tailLength_ digits, ascending

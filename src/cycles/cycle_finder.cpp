@@ -1,43 +1,55 @@
 #include "cycles/cycle_finder.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zelvion {
 namespace {
 
-// So many steps lie between working out an iterate and looking for its silhouette in the table: by then the
-// place in the table, which no cache holds, has been fetched.
-constexpr std::int32_t kAhead = 8;
+// So many steps at most lie between working out an iterate and looking for its silhouette in the table: by
+// then the place in the table has been fetched.
+constexpr std::int32_t kAhead = 64;
+
+// An odd number without a pattern (from the golden ratio).
+constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;
 
 }  // namespace
 
-// A key keeps the counts of a number that can be transformed, of at most 32,766 digits. A longer one may
-// share its key with another number, but it has no successor with which it could be mistaken.
-CycleFinder::Key CycleFinder::pack(const Silhouette& silhouette) {
-  Key key{};
-  for (std::size_t i = 0; i < silhouette.counts.size(); ++i) {
-    key[i / 4] |= std::uint64_t{silhouette.counts[i]} << (16 * (i % 4));
-  }
-  return key;
+void SilhouetteHistory::push(PackedSilhouette word) {
+  if (size_ % kBlock == 0) blocks_.push_back(std::make_unique_for_overwrite<std::uint64_t[]>(kBlock));
+  blocks_.back()[static_cast<std::size_t>(size_++ % kBlock)] = word;
 }
 
-Silhouette CycleFinder::unpack(const Key& key) {
-  Silhouette silhouette;
-  for (std::size_t i = 0; i < silhouette.counts.size(); ++i) {
-    silhouette.counts[i] = static_cast<std::uint16_t>(key[i / 4] >> (16 * (i % 4)));
-  }
-  return silhouette;
+void SilhouetteHistory::push(const Silhouette& silhouette) {
+  const auto word = packed(silhouette);
+  push(word ? *word : kWide | wide_.size());
+  if (!word) wide_.push_back(silhouette);
 }
 
-// The multipliers are odd numbers without a pattern (from the square roots of the first primes).
-std::uint32_t CycleFinder::hashOf(const Key& key) {
-  const std::uint64_t hash =
-      key[0] * 0x6A09E667F3BCC909 + key[1] * 0xBB67AE8584CAA73B + key[2] * 0x3C6EF372FE94F82B;
-  return static_cast<std::uint32_t>(((hash ^ (hash >> 32)) * 0xA54FF53A5F1D36F1) >> 32);
+Silhouette SilhouetteHistory::at(std::int32_t step) const {
+  const std::uint64_t found = word(step);
+  return (found & kWide) == 0 ? unpacked(found) : wide_[found & ~kWide];
+}
+
+std::uint32_t SilhouetteHistory::hash(std::int32_t step) const {
+  std::uint64_t mixed = word(step);
+  if ((mixed & kWide) != 0) {
+    const Silhouette& silhouette = wide_[mixed & ~kWide];
+    mixed = 0;
+    for (const std::uint32_t count : silhouette.counts) mixed = mixed * kMultiplier + count;
+  }
+  return static_cast<std::uint32_t>((mixed * kMultiplier) >> 32);
+}
+
+bool SilhouetteHistory::areEqual(std::int32_t a, std::int32_t b) const {
+  const std::uint64_t first = word(a);
+  const std::uint64_t second = word(b);
+  return first == second ||
+         ((first & second & kWide) != 0 && wide_[first & ~kWide] == wide_[second & ~kWide]);
 }
 
 CycleFinder::CycleFinder(DigitPower& power, const std::string& start) : power_(power), orbit_(power, start) {
-  history_.push_back(pack(silhouetteOf(start)));
+  history_.push(silhouetteOf(start));
   table_.resize(std::size_t{1} << tableBits_);
 }
 
@@ -55,13 +67,23 @@ std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
 // Works out the iterates up to step `last`, or one of those that are no numbers, and returns the last step
 // done.
 std::int32_t CycleFinder::lookAhead(std::int32_t last) {
-  if (2 * (used_ + static_cast<std::size_t>(kAhead)) > table_.size()) grow();
-  for (std::int32_t step = step_; step < last; ++step) {
+  if (2 * static_cast<std::size_t>(used_ + kAhead) > table_.size()) grow();
+  std::array<PackedSilhouette, kAhead> silhouettes;
+  std::int32_t step = step_;
+  while (step < last) {
+    const std::size_t count =
+        orbit_.walk(std::span(silhouettes).first(static_cast<std::size_t>(last - step)));
+    for (const PackedSilhouette word : std::span(silhouettes).first(count)) history_.push(word);
+    step += static_cast<std::int32_t>(count);
+    if (step == last) break;
     if (!orbit_.isNumber()) previousText_ = orbit_.text();
     orbit_.advance();
-    if (!orbit_.isNumber()) return step + 1;
-    history_.push_back(pack(orbit_.silhouette()));
-    __builtin_prefetch(&table_[hashOf(history_.back()) >> (32 - tableBits_)]);
+    ++step;
+    if (!orbit_.isNumber()) return step;
+    history_.push(orbit_.silhouette());
+  }
+  for (std::int32_t ahead = step_ + 1; ahead <= last; ++ahead) {
+    __builtin_prefetch(&table_[history_.hash(ahead) >> (32 - tableBits_)]);
   }
   return last;
 }
@@ -79,38 +101,33 @@ std::int32_t CycleFinder::earlierEqual() {
 
 // The earlier step with the silhouette of the current one, or 0 after noting the current one.
 std::int32_t CycleFinder::findOrInsert() {
-  const Key& key = history_[static_cast<std::size_t>(step_)];
-  const std::uint32_t hash = hashOf(key);
   const std::size_t mask = table_.size() - 1;
-  for (std::size_t slot = hash >> (32 - tableBits_);; slot = (slot + 1) & mask) {
-    const std::uint64_t entry = table_[slot];
-    if (entry == 0) {
-      table_[slot] = std::uint64_t{hash} << 32 | static_cast<std::uint32_t>(step_);
+  for (std::size_t slot = history_.hash(step_) >> (32 - tableBits_);; slot = (slot + 1) & mask) {
+    const std::int32_t step = table_[slot];
+    if (step == 0) {
+      table_[slot] = step_;
       ++used_;
       return 0;
     }
-    if (entry >> 32 != hash) continue;
-    const auto step = static_cast<std::int32_t>(entry & 0xFFFFFFFF);
-    if (history_[static_cast<std::size_t>(step)] == key) return step;
+    if (history_.areEqual(step, step_)) return step;
   }
 }
 
+// The steps in the table are 1 to used_.
 void CycleFinder::grow() {
-  std::vector<std::uint64_t> old(table_.size() * 2);
-  old.swap(table_);
   ++tableBits_;
+  table_.assign(std::size_t{1} << tableBits_, 0);
   const std::size_t mask = table_.size() - 1;
-  for (const std::uint64_t entry : old) {
-    if (entry == 0) continue;
-    std::size_t slot = (entry >> 32) >> (32 - tableBits_);
+  for (std::int32_t step = 1; step <= used_; ++step) {
+    std::size_t slot = history_.hash(step) >> (32 - tableBits_);
     while (table_[slot] != 0) slot = (slot + 1) & mask;
-    table_[slot] = entry;
+    table_[slot] = step;
   }
 }
 
 // The iterate of a step, from the silhouette before it.
 Decimal CycleFinder::iterate(std::int32_t step) const {
-  return power_.transformation()->image(unpack(history_[static_cast<std::size_t>(step - 1)]));
+  return power_.transformation()->image(history_.at(step - 1));
 }
 
 std::string CycleFinder::current() const {

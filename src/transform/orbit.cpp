@@ -42,6 +42,10 @@ void Orbit::advance() {
   isNumber_ = true;
 }
 
+std::size_t Orbit::walk(std::span<PackedSilhouette> silhouettes) {
+  return isNumber_ ? power_.transformation()->walk(silhouette_, silhouettes) : 0;
+}
+
 void Orbit::appendTo(std::string& out) const {
   if (isNumber_) {
     number_.appendTo(out);

@@ -40,6 +40,12 @@ class Orbit {
   /// French sentence, if the value or k cannot be worked on; the current value then stays.
   void advance();
 
+  /// Goes on by up to silhouettes.size() steps at once and puts the silhouettes of the values into
+  /// `silhouettes`. Returns how many steps it was: none unless the current value is a number whose image is
+  /// short. Behind one or more steps the current value is known by its silhouette alone until the next
+  /// `advance`: number(), text() and appendTo() have to wait for that.
+  std::size_t walk(std::span<PackedSilhouette> silhouettes);
+
   /// Whether the current value is held as a number.
   bool isNumber() const noexcept { return isNumber_; }
   /// The current value; only if it is held as a number.

@@ -21,11 +21,14 @@ namespace {
 constexpr std::size_t kBlock = 8;  // rows are whole blocks of limbs, so that loops over them have no rest
 
 // A short image is summed in limbs of sixteen digits, of which 64 bits hold a sum of 1,844 without a carry;
-// it has too few limbs for vectors to pay.
+// the loops over long rows do not pay for it. Where the processor has the vectors, all but the longest of
+// these images are left to them (vector_image.h).
 constexpr std::uint64_t kShortBase = 10'000'000'000'000'000;
 constexpr std::uint32_t kShortMaxCount = 1'844;
 constexpr std::size_t kShortMaxLimbs = 32;
 constexpr std::size_t kShortLimbsPerWord = 7;
+constexpr std::size_t kShortImageLimbs = std::max(
+    2 * kShortMaxLimbs, vector_image::kMaxVectors* vector_image::kVectorDigits / Decimal::kLimbDigits);
 
 // Counts of the digits 1 to 9 in nine fields of seven bits: four digits are counted by one look-up and one
 // addition, and a word holds the counts of up to 127 digits.
@@ -102,28 +105,27 @@ void unpackCounts(std::uint64_t word, Silhouette& silhouette) {
   }
 }
 
+std::uint32_t totalOf(const Silhouette& silhouette) {
+  return std::accumulate(silhouette.counts.begin(), silhouette.counts.end(), 0U);
+}
+
 // The short image of a silhouette: `rows` has the nine powers' limbs of sixteen digits, limb by limb, the
 // image goes into `limbs` as limbs of eight. Its digits are counted on the way. All carries, below
-// kShortMaxCount, are taken from the sums first, which leaves 0 or 1 to carry. Up to kFixed limbs everything
-// stays in registers; 0 takes any size.
-template <std::size_t kFixed>
-Silhouette applyShort(const std::uint64_t* rows, std::size_t anySize, const Silhouette& silhouette,
+// kShortMaxCount, are taken from the sums first, which leaves 0 or 1 to carry.
+Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhouette& silhouette,
                       std::uint32_t* limbs) {
-  const std::size_t size = kFixed > 0 ? kFixed : anySize;
   std::array<std::uint64_t, 9> c;
   std::copy(silhouette.counts.begin(), silhouette.counts.end(), c.begin());
-  std::array<std::uint64_t, (kFixed > 0 ? kFixed : kShortMaxLimbs)> sums;
-  for (std::size_t i = 0; i < size; ++i, rows += 9) {
-    sums[i] = c[0] * rows[0] + c[1] * rows[1] + c[2] * rows[2] + c[3] * rows[3] + c[4] * rows[4] +
-              c[5] * rows[5] + c[6] * rows[6] + c[7] * rows[7] + c[8] * rows[8];
-  }
   Silhouette image;
   std::uint64_t word = 0;
   std::uint64_t handed = 0;
   std::uint64_t carry = 0;
-  for (std::size_t i = 0; i < size; ++i) {
-    const std::uint64_t quotient = sums[i] / kShortBase;
-    std::uint64_t limb = sums[i] - quotient * kShortBase + handed + carry;
+  for (std::size_t i = 0; i < size; ++i, rows += 9) {
+    const std::uint64_t sum = c[0] * rows[0] + c[1] * rows[1] + c[2] * rows[2] + c[3] * rows[3] +
+                              c[4] * rows[4] + c[5] * rows[5] + c[6] * rows[6] + c[7] * rows[7] +
+                              c[8] * rows[8];
+    const std::uint64_t quotient = sum / kShortBase;
+    std::uint64_t limb = sum - quotient * kShortBase + handed + carry;
     handed = quotient;
     carry = limb >= kShortBase ? 1 : 0;
     limb -= carry * kShortBase;
@@ -142,29 +144,24 @@ Silhouette applyShort(const std::uint64_t* rows, std::size_t anySize, const Silh
   return image;
 }
 
-Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhouette& silhouette,
-                      std::uint32_t* limbs) {
-  switch (size) {
-    case 1:
-      return applyShort<1>(rows, size, silhouette, limbs);
-    case 2:
-      return applyShort<2>(rows, size, silhouette, limbs);
-    case 3:
-      return applyShort<3>(rows, size, silhouette, limbs);
-    case 4:
-      return applyShort<4>(rows, size, silhouette, limbs);
-    case 5:
-      return applyShort<5>(rows, size, silhouette, limbs);
-    case 6:
-      return applyShort<6>(rows, size, silhouette, limbs);
-    case 7:
-      return applyShort<7>(rows, size, silhouette, limbs);
-    default:
-      return applyShort<0>(rows, size, silhouette, limbs);
+}  // namespace
+
+std::optional<PackedSilhouette> packed(const Silhouette& silhouette) {
+  PackedSilhouette word = 0;
+  std::uint32_t any = 0;
+  for (unsigned i = 0; i < 9; ++i) {
+    word |= PackedSilhouette{silhouette.counts[i]} << (kFieldBits * i);
+    any |= silhouette.counts[i];
   }
+  if (any >> kFieldBits != 0) return std::nullopt;
+  return word;
 }
 
-}  // namespace
+Silhouette unpacked(PackedSilhouette word) {
+  Silhouette silhouette;
+  unpackCounts(word, silhouette);
+  return silhouette;
+}
 
 Silhouette silhouetteOf(const Decimal& number) {
   Silhouette silhouette;
@@ -229,14 +226,35 @@ Transformation::Transformation(std::int32_t k) : k_(k) {
   scratch_.resize(2 * (stride_ + 1));
   limbs_.resize(stride_);
 
-  Decimal greatest = powers[static_cast<std::size_t>(greatestDigit_)] * Decimal(kShortMaxCount);
-  const std::size_t shortSize = (greatest.limbs().size() + 1) / 2;
-  if (shortSize > kShortMaxLimbs) return;
-  shortRows_.resize(9 * shortSize);
-  for (std::size_t i = 0; i < shortSize; ++i) {
+  makeShortRows(powers[static_cast<std::size_t>(greatestDigit_)]);
+  makeVectorRows(powers[static_cast<std::size_t>(greatestDigit_)]);
+}
+
+void Transformation::makeShortRows(const Decimal& greatestPower) {
+  const std::size_t size = ((greatestPower * Decimal(kShortMaxCount)).limbs().size() + 1) / 2;
+  if (size > kShortMaxLimbs) return;
+  shortRows_.resize(9 * size);
+  for (std::size_t i = 0; i < size; ++i) {
     for (std::size_t row = 0; row < 9; ++row) {
       const std::uint32_t* limbs = &rows_[row * stride_ + 2 * i];
       shortRows_[9 * i + row] = limbs[0] + std::uint64_t{limbs[1]} * Decimal::kBase;
+    }
+  }
+}
+
+void Transformation::makeVectorRows(const Decimal& greatestPower) {
+  using namespace vector_image;
+  if (!isSupported() || greatestPower.limbs().size() > kMaxVectors * kVectorDigits) return;
+  const std::size_t digits = (greatestPower * Decimal(kMaxCount)).digits();
+  const std::size_t vectors = (digits + kVectorDigits - 1) / kVectorDigits;
+  if (vectors > kMaxVectors) return;
+  vectorRows_.resize(vectors * kPairs);
+  for (std::size_t row = 0; row < 9; ++row) {
+    for (std::size_t i = 0; i < digits; i += 4) {
+      const std::uint32_t limb = rows_[row * stride_ + i / Decimal::kLimbDigits];
+      const std::uint32_t four = i % Decimal::kLimbDigits == 0 ? limb % 10'000 : limb / 10'000;
+      RowPair& pair = vectorRows_[i / kVectorDigits * kPairs + row / 2];
+      pair.limbs[i % kVectorDigits / 4 * 2 + row % 2] = static_cast<std::int16_t>(four);
     }
   }
 }
@@ -250,13 +268,25 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
       refuse(static_cast<std::size_t>(k_ * std::log10(static_cast<long double>(digit)) + std::log10(count)) +
              1);
   }
-  if (!shortRows_.empty() && std::accumulate(counts.begin(), counts.end(), 0U) <= kShortMaxCount) {
-    const std::size_t size = shortRows_.size() / 9;
-    const Silhouette result = applyShort(shortRows_.data(), size, silhouette, limbs_.data());
-    image.assign(std::span(limbs_).first(2 * size));
-    return result;
+  if (!shortRows_.empty()) {
+    const std::uint32_t total = totalOf(silhouette);
+    std::array<std::uint32_t, kShortImageLimbs> limbs;
+    if (!vectorRows_.empty() && total <= vector_image::kMaxCount) {
+      const std::size_t vectors = vectorRows_.size() / vector_image::kPairs;
+      Silhouette result = silhouette;
+      if (vector_image::apply(vectorRows_.data(), vectors, result.counts.data(), limbs.data())) {
+        image.assign(std::span(limbs).first(vectors * vector_image::kVectorDigits / Decimal::kLimbDigits));
+        return result;
+      }
+    }
+    if (total <= kShortMaxCount) {
+      const std::size_t size = shortRows_.size() / 9;
+      const Silhouette result = applyShort(shortRows_.data(), size, silhouette, limbs.data());
+      image.assign(std::span(limbs).first(2 * size));
+      return result;
+    }
   }
-  assert(std::accumulate(counts.begin(), counts.end(), 0ULL) <= kMaxCount);
+  assert(totalOf(silhouette) <= kMaxCount);
   addProducts(rows_.data(), stride_, counts.data(), sums_.data());
   if (carrySums(sums_.data(), stride_, scratch_.data(), limbs_.data())) settleRipples(limbs_);
   Decimal result;
@@ -264,6 +294,26 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
   if (result.digits() > kMaxImageDigits) refuse(result.digits());
   image = std::move(result);
   return silhouetteOf(image);
+}
+
+std::size_t Transformation::walk(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes) {
+  if (shortRows_.empty() || totalOf(silhouette) > kShortMaxCount) return 0;
+  std::array<std::uint32_t, kShortImageLimbs> limbs;
+  std::size_t done = 0;
+  while (done < silhouettes.size()) {
+    if (!vectorRows_.empty() && totalOf(silhouette) <= vector_image::kMaxCount) {
+      const auto rest = silhouettes.subspan(done);
+      done += vector_image::walk(vectorRows_.data(), vectorRows_.size() / vector_image::kPairs,
+                                 silhouette.counts.data(), rest.data(), rest.size());
+      if (done == silhouettes.size()) break;
+    }
+    const Silhouette next = applyShort(shortRows_.data(), shortRows_.size() / 9, silhouette, limbs.data());
+    const auto word = packed(next);
+    if (!word) break;
+    silhouette = next;
+    silhouettes[done++] = *word;
+  }
+  return done;
 }
 
 Decimal Transformation::image(const Silhouette& silhouette) {

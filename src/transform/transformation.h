@@ -3,10 +3,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
 #include "arith/decimal.h"
+#include "transform/vector_image.h"
 
 namespace zelvion {
 
@@ -16,6 +19,13 @@ struct Silhouette {
 
   friend bool operator==(const Silhouette&, const Silhouette&) = default;
 };
+
+/// A silhouette in one word: nine counts of at most 127 in seven bits each, that of the digit 1 lowest. Two
+/// silhouettes that fit a word are equal where their words are.
+using PackedSilhouette = std::uint64_t;
+/// The word, or nothing if a count is above 127.
+std::optional<PackedSilhouette> packed(const Silhouette& silhouette);
+Silhouette unpacked(PackedSilhouette word);
 
 /// The silhouette of the number.
 Silhouette silhouetteOf(const Decimal& number);
@@ -40,6 +50,10 @@ class Transformation {
   /// have more than kMaxImageDigits digits.
   Silhouette apply(const Silhouette& silhouette, Decimal& image);
   Decimal image(const Silhouette& silhouette);
+  /// Goes from `silhouette` to the silhouettes of the images that follow, which go into `silhouettes`; the
+  /// last one goes into `silhouette`, too. Returns how many steps were taken: all of them as a rule, fewer or
+  /// none where an image is long or a count does not fit, which takes an `apply`.
+  std::size_t walk(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
 
   std::int32_t k() const noexcept { return k_; }
   /// The k-th power of `digit`, 1 to 9, which must not be longer than kMaxImageDigits.
@@ -47,13 +61,15 @@ class Transformation {
 
  private:
   [[noreturn]] void refuse(std::size_t digits) const;
+  void makeShortRows(const Decimal& greatestPower);
+  void makeVectorRows(const Decimal& greatestPower);
 
   std::int32_t k_;
   int greatestDigit_ = 9;  ///< the powers of the digits above it are too long
   std::size_t stride_ = 0;
-  std::vector<std::uint32_t> rows_;  ///< nine rows of stride_ limbs, of the digits 1 to 9
-  std::vector<std::uint64_t>
-      shortRows_;  ///< the same in limbs of sixteen digits, limb by limb; empty if long
+  std::vector<std::uint32_t> rows_;       ///< nine rows of stride_ limbs, of the digits 1 to 9
+  std::vector<std::uint64_t> shortRows_;  ///< the same in limbs of sixteen digits, limb by limb; or empty
+  std::vector<vector_image::RowPair> vectorRows_;  ///< the same in limbs of four digits; or empty
   std::vector<std::uint64_t> sums_;
   std::vector<std::uint32_t> scratch_;
   std::vector<std::uint32_t> limbs_;

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Images of numbers of up to a few hundred digits, worked out with vectors of AVX2 from end to end. A vector
+/// holds eight limbs of four digits; the products by the powers, the carries and the counting of the digits
+/// all stay in vectors, which takes half the time and less than that of the same in words.
+namespace zelvion::vector_image {
+
+constexpr std::size_t kVectorDigits = 32;
+constexpr std::size_t kMaxVectors = 13;
+/// The most digits that a silhouette may have in all: the estimates of the carries are exact up to there.
+constexpr std::uint32_t kMaxCount = kMaxVectors * kVectorDigits;
+
+/// Eight limbs of four digits, the lowest first, of two powers: one is in the even places, the other in the
+/// odd ones.
+struct alignas(32) RowPair {
+  std::int16_t limbs[16];
+};
+/// A vector of the image takes five pairs: the powers of 1 and 2, of 3 and 4, ... and of 9 and nothing.
+constexpr std::size_t kPairs = 5;
+
+/// Whether this processor can do it.
+bool isSupported() noexcept;
+
+/// Puts the image of the silhouette `counts` into `limbs`, four limbs of eight digits for each vector, and
+/// its own silhouette into `counts`. `rows` has `vectors` times kPairs pairs, from 1 to kMaxVectors vectors.
+/// Returns false, and leaves `counts` as they were, where a carry runs through a limb of nines.
+bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint32_t* limbs) noexcept;
+
+/// Goes from the silhouette `counts` to the silhouettes of up to `steps` images, one after another, which go
+/// into `packed` with seven bits for each count, and the last one into `counts`. Returns how many there are:
+/// it stops before a carry through a limb of nines and before a count above 127.
+std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
+                 std::size_t steps) noexcept;
+
+}  // namespace zelvion::vector_image

@@ -14,7 +14,7 @@
 
 namespace zelvion::bench {
 
-/// A desktop that nobody looks at: it answers OK and Yes and keeps the latest box. Files are real ones, in a
+/// A desktop that nobody looks at: it answers OK and Yes. Files are real ones, in a
 /// directory of its own that goes with it.
 class QuietDesktop : public Desktop {
  public:
@@ -30,8 +30,7 @@ class QuietDesktop : public Desktop {
     std::filesystem::remove_all(directory_, ignored);
   }
 
-  Answer message(const std::string& prompt, Buttons buttons, const std::string&) override {
-    latestBox = prompt;
+  Answer message(std::string_view, Buttons buttons, const std::string&) override {
     return buttons == Buttons::Ok ? Answer::Ok : Answer::Yes;
   }
   Moment now() override {
@@ -55,8 +54,6 @@ class QuietDesktop : public Desktop {
       std::ofstream(path).flush();
     }
   }
-
-  std::string latestBox;
 
  private:
   std::filesystem::path directory_;

@@ -39,8 +39,8 @@ class ScriptedDesktop : public Desktop {
   /// The boxes since the last call.
   std::vector<Box> takeBoxes() { return std::exchange(boxes_, {}); }
 
-  Answer message(const std::string& prompt, Buttons buttons, const std::string& title) override {
-    boxes_.push_back({prompt, title, buttons});
+  Answer message(std::string_view prompt, Buttons buttons, const std::string& title) override {
+    boxes_.push_back({std::string(prompt), title, buttons});
     if (onMessage) onMessage();
     if (answerAll_) return answerAll_(boxes_.back());
     if (answers_.empty()) {

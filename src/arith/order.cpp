@@ -7,8 +7,9 @@
 namespace zelvion {
 
 std::strong_ordering compareDigits(std::string_view a, std::string_view b) {
-  if (a.size() != b.size() || a == b) return a.size() <=> b.size();
+  if (a.size() != b.size()) return a.size() <=> b.size();
   const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin());
+  if (inA == a.end()) return std::strong_ordering::equal;
   const auto scanned = static_cast<std::size_t>(inA - a.begin()) + 1;
   requireDigits(a.substr(0, scanned));
   requireDigits(b.substr(0, scanned));

@@ -1,14 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
-#include "transform/orbit.h"
+#include "transform/transformation.h"
 
 namespace zelvion {
 
+/// Calls its argument with the texts of the points of a cycle, one after another.
+using PointLister = std::function<void(const TextTaker&)>;
+
 /// Appends to `report` the list of the `order` points of a cycle from `point` on, a line end, and the line of
-/// its extreme points. `point` becomes the last point listed. Throws as Orbit::advance.
-void appendCycleReport(std::string& report, DigitPower& power, std::string& point, std::int32_t order);
+/// its extreme points. `listFurther` lists the points behind `point`, which becomes the last one.
+void appendCycleReport(std::string& report, std::string& point, std::int32_t order,
+                       const PointLister& listFurther);
 
 }  // namespace zelvion

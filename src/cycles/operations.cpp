@@ -58,19 +58,17 @@ void Velmoire::searchCycle(const CycleSearch& search) {
                        ": Convergence vers le CYCLE d'ORDRE " + std::to_string(cycle->order()) + ":";
   std::string point = finder.current();
   report.append(text::kLineEnd);
-  appendCycleReport(report, power, point, cycle->order());
+  appendCycleReport(report, point, cycle->order(),
+                    [&](const TextTaker& take) { finder.listFurtherPoints(*cycle, take); });
   record(search.file, report.append(text::kLineEnd));
   report.resize(report.size() - text::kLineEnd.size());
 
   informOfTime(start);
 
-  const std::size_t head = search.longReport ? text::prefix(report, kFirstBox).size() : report.size();
-  if (head == report.size()) {
-    inform(report, search.title);
-  } else {
-    inform(report.substr(0, head), search.title);
-    inform(report.substr(head), search.title);
-  }
+  const std::string_view head = search.longReport ? text::prefix(report, kFirstBox) : report;
+  const std::string_view tail = std::string_view(report).substr(head.size());
+  inform(head, search.title);
+  if (!tail.empty()) inform(tail, search.title);
   if (search.longReport) RichTextBox1.Text = std::move(report);
 }
 
@@ -81,8 +79,14 @@ void Velmoire::informOfTime(const Moment& start) {
 
 std::string Velmoire::ListeCycle(std::string& ent, const std::int32_t& ord) {
   DigitPower power(ordrek.Text);
+  Orbit orbit(power, ent);
   std::string report;
-  appendCycleReport(report, power, ent, ord);
+  appendCycleReport(report, ent, ord, [&](const TextTaker& take) {
+    for (std::int32_t i = 1; i < ord; ++i) {
+      orbit.advance();
+      take(orbit.text());
+    }
+  });
   return report;
 }
 

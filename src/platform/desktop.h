@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/form.h"
 
@@ -32,7 +33,7 @@ class Desktop {
   virtual ~Desktop() = default;
 
   /// Shows a modal box and returns what the user chose; closing it means Ok, or No to a question.
-  virtual Answer message(const std::string& prompt, Buttons buttons, const std::string& title) = 0;
+  virtual Answer message(std::string_view prompt, Buttons buttons, const std::string& title) = 0;
   /// The present moment.
   virtual Moment now() = 0;
   /// The path of the file `name` of the program's directory, for the user to read.

@@ -30,7 +30,7 @@ constexpr std::string_view kInstructions =
 }  // namespace
 
 void Velmoire::Principe_Click() {
-  inform(std::string(kPrinciple), standardTitle());
+  inform(kPrinciple, standardTitle());
 }
 
 void Velmoire::mnuInfo_Click() {

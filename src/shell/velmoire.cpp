@@ -89,11 +89,11 @@ std::string Velmoire::standardTitle() const {
   return Caption + " Puissance k= " + ordrek.Text;
 }
 
-void Velmoire::inform(const std::string& prompt, const std::string& title) {
+void Velmoire::inform(std::string_view prompt, const std::string& title) {
   desktop_.message(prompt, Buttons::Ok, title);
 }
 
-bool Velmoire::ask(const std::string& prompt, const std::string& title) {
+bool Velmoire::ask(std::string_view prompt, const std::string& title) {
   return desktop_.message(prompt, Buttons::YesNo, title) == Answer::Yes;
 }
 

@@ -206,9 +206,9 @@ class Velmoire : public Form {
 
   // Message boxes.
   std::string standardTitle() const;
-  void inform(const std::string& prompt, const std::string& title = std::string(kApplicationTitle));
+  void inform(std::string_view prompt, const std::string& title = std::string(kApplicationTitle));
   void informOfTime(const Moment& start);
-  bool ask(const std::string& prompt, const std::string& title);
+  bool ask(std::string_view prompt, const std::string& title);
 
   // Files: what cannot be written is told, and the handler goes on; what cannot be read ends it.
   void record(const std::string& file, const std::string& text);

@@ -54,6 +54,25 @@ std::uint64_t pack(const Counts& counts) {
   return (word & 0xFFFFFFFF) | word >> 32 << 28 | nine << 56;
 }
 
+Counts unpack(std::uint64_t packed) {
+  const Vector words = _mm256_set1_epi64x(static_cast<long long>(packed));
+  const Vector field = _mm256_set1_epi64x(127);
+  const Vector a = _mm256_and_si256(_mm256_srlv_epi64(words, _mm256_setr_epi64x(0, 7, 28, 35)), field);
+  const Vector b = _mm256_and_si256(_mm256_srlv_epi64(words, _mm256_setr_epi64x(14, 21, 42, 49)), field);
+  const Vector joined = _mm256_packus_epi32(a, b);
+  return {_mm256_permute4x64_epi64(_mm256_packus_epi32(joined, joined), 0b10'00'10'00),
+          _mm256_set1_epi32(static_cast<int>(packed >> 56))};
+}
+
+// Of counts of at most 255.
+std::uint32_t totalOf(const Counts& counts) {
+  const __m128i low = _mm256_castsi256_si128(counts.low);
+  const __m128i halves = _mm_sad_epu8(low, _mm_setzero_si128());
+  const __m128i sum = _mm_add_epi32(_mm_add_epi32(halves, _mm_unpackhi_epi64(halves, halves)),
+                                    _mm256_castsi256_si128(counts.nine));
+  return static_cast<std::uint32_t>(_mm_cvtsi128_si32(sum));
+}
+
 // The lanes of `vector` go one place up; the highest of `below` comes in.
 Vector shiftUp(Vector vector, Vector below) {
   const Vector places = _mm256_setr_epi32(7, 0, 1, 2, 3, 4, 5, 6);
@@ -126,6 +145,8 @@ struct Limbs {
   }
 
   ZELVION_INLINE Counts count() const;
+  /// Writes all the digits, the highest first, and returns how many there are without zeros in front.
+  ZELVION_INLINE std::size_t write(char* text) const;
 };
 
 /// What each digit adds to the counters of the digits 1 and 2, 3 and 4, ... and 9: 1 for the first of a pair,
@@ -190,24 +211,54 @@ Vector digitsOf(Vector numbers) {
   return _mm256_sub_epi16(_mm256_slli_epi16(numbers, 8), _mm256_mullo_epi16(tens, _mm256_set1_epi16(2559)));
 }
 
+/// Limbs of four digits, each in 16 bits, as two numbers below 100.
+struct Halves {
+  Vector hundreds;
+  Vector rest;
+
+  explicit Halves(Vector limbs) {
+    const Vector reciprocal = _mm256_set1_epi16(5243);  // 2^19 / 100
+    hundreds = _mm256_srli_epi16(_mm256_mulhi_epu16(limbs, reciprocal), 3);
+    rest = _mm256_sub_epi16(limbs, _mm256_mullo_epi16(hundreds, _mm256_set1_epi16(100)));
+  }
+};
+
+// The digits of limbs in 32 bits each, those of a limb in its place.
+Vector digitsOfWide(Vector limbs) {
+  const Halves halves(limbs);
+  return digitsOf(_mm256_or_si256(halves.hundreds, _mm256_slli_epi32(halves.rest, 16)));
+}
+
 template <std::size_t kVectors>
 ZELVION_INLINE Counts Limbs<kVectors>::count() const {
-  const Vector hundred = _mm256_set1_epi16(100);
-  const Vector reciprocal = _mm256_set1_epi16(5243);  // 2^19 / 100
   DigitCounter digits;
 #pragma GCC unroll 13
   for (std::size_t v = 0; v < kVectors; v += 2) {
-    const Vector limbs = v + 1 < kVectors ? packed(v) : of[v];
-    const Vector hundreds = _mm256_srli_epi16(_mm256_mulhi_epu16(limbs, reciprocal), 3);
-    const Vector rest = _mm256_sub_epi16(limbs, _mm256_mullo_epi16(hundreds, hundred));
     if (v + 1 < kVectors) {
-      digits.add(digitsOf(hundreds));
-      digits.add(digitsOf(rest));
+      const Halves halves(packed(v));
+      digits.add(digitsOf(halves.hundreds));
+      digits.add(digitsOf(halves.rest));
     } else {
-      digits.add(digitsOf(_mm256_or_si256(hundreds, _mm256_slli_epi32(rest, 16))));
+      digits.add(digitsOfWide(of[v]));
     }
   }
   return digits.sum();
+}
+
+template <std::size_t kVectors>
+ZELVION_INLINE std::size_t Limbs<kVectors>::write(char* text) const {
+  const Vector zero = _mm256_set1_epi8('0');
+  const Vector backwards = _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0);
+  std::size_t digits = 0;
+  for (std::size_t v = kVectors; v-- > 0; text += kVectorDigits) {
+    const Vector shown = _mm256_or_si256(digitsOfWide(_mm256_permutevar8x32_epi32(of[v], backwards)), zero);
+    _mm256_storeu_si256(reinterpret_cast<Vector*>(text), shown);
+    const auto zeros = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(shown, zero)));
+    if (digits == 0 && ~zeros != 0) {
+      digits = (v + 1) * kVectorDigits - static_cast<std::size_t>(__builtin_ctz(~zeros));
+    }
+  }
+  return digits;
 }
 
 template <std::size_t kVectors>
@@ -235,10 +286,21 @@ std::size_t walkFrom(const RowPair* rows, std::uint32_t* counts, std::uint64_t* 
   return done;
 }
 
+template <std::size_t kVectors>
+void writeAll(const RowPair* rows, const std::uint64_t* packed, std::size_t count, char* texts,
+              std::size_t* digits) {
+  for (std::size_t i = 0; i < count; ++i, texts += kVectors * kVectorDigits) {
+    const Counts counts = unpack(packed[i]);
+    Limbs<kVectors> image;
+    digits[i] = totalOf(counts) <= kMaxCount && image.sum(rows, counts) ? image.write(texts) : 0;
+  }
+}
+
 /// The functions for 1, 2, ... vectors.
 template <std::size_t... kIndices>
 struct Functions {
   static constexpr decltype(&applyTo<1>) kApply[] = {applyTo<kIndices + 1>...};
+  static constexpr decltype(&writeAll<1>) kWrite[] = {writeAll<kIndices + 1>...};
   static constexpr decltype(&walkFrom<1>) kWalk[] = {walkFrom<kIndices + 1>...};
 };
 template <std::size_t... kIndices>
@@ -259,6 +321,11 @@ bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std:
 std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
                  std::size_t steps) noexcept {
   return AllFunctions::kWalk[vectors - 1](rows, counts, packed, steps);
+}
+
+void write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
+           char* texts, std::size_t* digits) noexcept {
+  AllFunctions::kWrite[vectors - 1](rows, packed, count, texts, digits);
 }
 
 }  // namespace zelvion::vector_image

@@ -35,4 +35,10 @@ bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std:
 std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
                  std::size_t steps) noexcept;
 
+/// Writes the images of `count` silhouettes in words as such: `texts` takes kVectorDigits * `vectors` digits
+/// for each, zeros in front, and `digits` tells how many digits there are behind them; 0 for an image that is
+/// zero or cannot be worked out, for a carry as above or for more digits than kMaxCount in a silhouette.
+void write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
+           char* texts, std::size_t* digits) noexcept;
+
 }  // namespace zelvion::vector_image

@@ -98,10 +98,10 @@ QWidget* QtDesktop::topWindow() const {
   return views_.empty() ? nullptr : views_.back()->window();
 }
 
-Answer QtDesktop::message(const std::string& prompt, Buttons buttons, const std::string& title) {
+Answer QtDesktop::message(std::string_view prompt, Buttons buttons, const std::string& title) {
   pushAll();
   const UserTurn turn;
-  MessageBox box(QString::fromStdString(prompt), buttons, QString::fromStdString(title), topWindow());
+  MessageBox box(QString::fromUtf8(prompt), buttons, QString::fromStdString(title), topWindow());
   const Answer answer = [&] {
     const QScopedValueRollback<bool> open(boxOpen_, true);
     return box.ask();

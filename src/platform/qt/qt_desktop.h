@@ -24,7 +24,7 @@ class QtDesktop : public Desktop {
   /// Opens the main window with `form`, and returns the program's exit code when it has been closed.
   int run(Form& form);
 
-  Answer message(const std::string& prompt, Buttons buttons, const std::string& title) override;
+  Answer message(std::string_view prompt, Buttons buttons, const std::string& title) override;
   Moment now() override;
   std::string pathOf(const std::string& name) override;
   void append(const std::string& name, const std::string& text) override;

@@ -46,12 +46,48 @@ TEST(CycleFinder, AgreesWithAMapOfAllIterates) {
 }
 
 TEST(CycleFinder, LongIterations) {
-  for (const auto& [k, step, order] : {std::tuple{"100", 32'167, 2'281}, std::tuple{"148", 128'948, 662}}) {
-    DigitPower power(k);
+  const std::tuple<unsigned, int, int> rows[] = {
+      {60, 6'047, 5'290}, {100, 32'167, 2'281}, {148, 128'948, 662}};
+  for (const auto& [k, step, order] : rows) {
+    DigitPower power(std::to_string(k));
     CycleFinder finder(power, "789");
     EXPECT_FALSE(finder.advance(step - 1)) << k;
     const std::optional<Cycle> cycle = finder.advance(step);
-    EXPECT_EQ(cycle ? cycle->order() : 0, order) << k;
+    ASSERT_EQ(cycle ? cycle->order() : 0, order) << k;
+    const testing::PlainPower plain(k);
+    std::string point = finder.current();
+    int further = 0;
+    finder.listFurtherPoints(*cycle, [&](std::string_view text) {
+      ++further;
+      ASSERT_EQ(point = plain.image(point), text) << k << " " << further;
+    });
+    EXPECT_EQ(further, order - 1) << k;
+  }
+}
+
+TEST(SilhouetteHistory, KeepsSilhouettesOfAnySize) {
+  std::vector<Silhouette> silhouettes;
+  const auto latestEqual = [&](std::size_t step) {
+    while (step > 0 && silhouettes[step - 1] != silhouettes.back()) --step;
+    return step == 0 ? 0 : step - 1;
+  };
+  SilhouetteHistory history;
+  std::mt19937 random(7);
+  const auto below = [&](std::uint32_t limit) { return static_cast<std::uint32_t>(random() % limit); };
+  for (std::size_t step = 0; step < 10'000; ++step) {
+    Silhouette silhouette{{1 + below(40), 0, 0, 0, below(40), 0, 0, 0, 127}};
+    if (below(4) == 0) silhouette.counts[below(9)] += 128 + below(2) * 100'000;
+    silhouettes.push_back(silhouette);
+    history.push(silhouette);
+    ASSERT_EQ(history.at(step), silhouette);
+    ASSERT_EQ(history.latestEqual(step), latestEqual(step)) << step;
+  }
+  std::size_t step = 0;
+  for (std::size_t size = 1; step < history.size(); step += std::max<std::size_t>(size, 1)) {
+    const auto fitting = history.packedFrom(step, 5'000);
+    size = fitting.size();
+    for (std::size_t i = 0; i < size; ++i) ASSERT_EQ(unpacked(fitting[i]), silhouettes[step + i]);
+    ASSERT_EQ(size == 0, !packed(silhouettes[step]));
   }
 }
 

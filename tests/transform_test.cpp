@@ -20,10 +20,11 @@ std::string imageOf(int k, const Silhouette& silhouette) {
 
 void expectExact(Transformation& transformation, const Silhouette& silhouette, Decimal& image) {
   const std::string expected = imageOf(transformation.k(), silhouette);
-  transformation.apply(silhouette, image);
+  const Silhouette counted = transformation.apply(silhouette, image);
   ASSERT_TRUE(image.text() == expected) << "k = " << transformation.k();
+  ASSERT_EQ(counted, silhouetteOf(image));
   for (std::size_t i = 0; i < 9; ++i) {
-    ASSERT_EQ(silhouetteOf(image).counts[i], std::count(expected.begin(), expected.end(), "123456789"[i]));
+    ASSERT_EQ(counted.counts[i], std::count(expected.begin(), expected.end(), "123456789"[i]));
   }
 }
 

@@ -15,16 +15,6 @@ namespace {
 
 constexpr std::size_t kBlock = 8;  // rows are whole blocks of limbs, so that loops over them have no rest
 
-// A short image is summed in limbs of sixteen digits, of which 64 bits hold a sum of 1,844 without a carry;
-// the loops over long rows do not pay for it. Where the processor has the vectors, all but the longest of
-// these images are left to them (vector_image.h).
-constexpr std::uint64_t kShortBase = 10'000'000'000'000'000;
-constexpr std::uint32_t kShortMaxCount = 1'844;
-constexpr std::size_t kShortMaxLimbs = 32;
-constexpr std::size_t kShortLimbsPerWord = 7;
-constexpr std::size_t kShortImageLimbs = std::max(
-    2 * kShortMaxLimbs, vector_image::kMaxVectors* vector_image::kVectorDigits / Decimal::kLimbDigits);
-
 // Counts of the digits 1 to 9 in nine fields of seven bits: four digits are counted by one look-up and one
 // addition, and a word holds the counts of up to 127 digits.
 constexpr unsigned kFieldBits = 7;
@@ -102,41 +92,6 @@ void unpackCounts(std::uint64_t word, Silhouette& silhouette) {
 
 std::uint32_t totalOf(const Silhouette& silhouette) {
   return std::accumulate(silhouette.counts.begin(), silhouette.counts.end(), 0U);
-}
-
-// The short image of a silhouette: `rows` has the nine powers' limbs of sixteen digits, limb by limb, the
-// image goes into `limbs` as limbs of eight. Its digits are counted on the way. All carries, below
-// kShortMaxCount, are taken from the sums first, which leaves 0 or 1 to carry.
-Silhouette applyShort(const std::uint64_t* rows, std::size_t size, const Silhouette& silhouette,
-                      std::uint32_t* limbs) {
-  std::array<std::uint64_t, 9> c;
-  std::copy(silhouette.counts.begin(), silhouette.counts.end(), c.begin());
-  Silhouette image;
-  std::uint64_t word = 0;
-  std::uint64_t handed = 0;
-  std::uint64_t carry = 0;
-  for (std::size_t i = 0; i < size; ++i, rows += 9) {
-    const std::uint64_t sum = c[0] * rows[0] + c[1] * rows[1] + c[2] * rows[2] + c[3] * rows[3] +
-                              c[4] * rows[4] + c[5] * rows[5] + c[6] * rows[6] + c[7] * rows[7] +
-                              c[8] * rows[8];
-    const std::uint64_t quotient = sum / kShortBase;
-    std::uint64_t limb = sum - quotient * kShortBase + handed + carry;
-    handed = quotient;
-    carry = limb >= kShortBase ? 1 : 0;
-    limb -= carry * kShortBase;
-    const auto high = static_cast<std::uint32_t>(limb / Decimal::kBase);
-    const auto low = static_cast<std::uint32_t>(limb % Decimal::kBase);
-    limbs[2 * i] = low;
-    limbs[2 * i + 1] = high;
-    word += kPackedCounts[high / 10'000] + kPackedCounts[high % 10'000] + kPackedCounts[low / 10'000] +
-            kPackedCounts[low % 10'000];
-    if (i % kShortLimbsPerWord == kShortLimbsPerWord - 1) {
-      unpackCounts(word, image);
-      word = 0;
-    }
-  }
-  unpackCounts(word, image);
-  return image;
 }
 
 }  // namespace
@@ -221,29 +176,16 @@ Transformation::Transformation(std::int32_t k) : k_(k) {
   scratch_.resize(2 * (stride_ + 1));
   limbs_.resize(stride_);
 
-  makeShortRows(powers[static_cast<std::size_t>(greatestDigit_)]);
   makeVectorRows(powers[static_cast<std::size_t>(greatestDigit_)]);
-}
-
-void Transformation::makeShortRows(const Decimal& greatestPower) {
-  const std::size_t size = ((greatestPower * Decimal(kShortMaxCount)).limbs().size() + 1) / 2;
-  if (size > kShortMaxLimbs) return;
-  shortRows_.resize(9 * size);
-  for (std::size_t i = 0; i < size; ++i) {
-    for (std::size_t row = 0; row < 9; ++row) {
-      const std::uint32_t* limbs = &rows_[row * stride_ + 2 * i];
-      shortRows_[9 * i + row] = limbs[0] + std::uint64_t{limbs[1]} * Decimal::kBase;
-    }
-  }
 }
 
 void Transformation::makeVectorRows(const Decimal& greatestPower) {
   using namespace vector_image;
-  if (!isSupported() || greatestPower.limbs().size() > kMaxVectors * kVectorDigits) return;
-  const std::size_t digits = (greatestPower * Decimal(kMaxCount)).digits();
-  const std::size_t vectors = (digits + kVectorDigits - 1) / kVectorDigits;
-  if (vectors > kMaxVectors) return;
-  vectorRows_.resize(vectors * kPairs);
+  if (!isSupported() || greatestPower.limbs().size() > kMaxLimbs) return;
+  const std::size_t digits = (greatestPower * Decimal(vector_image::kMaxCount)).digits();
+  const std::size_t size = (digits + kVectorDigits - 1) / kVectorDigits;
+  if (size > kMaxVectors) return;
+  vectorRows_.resize(size * kPairs);
   for (std::size_t row = 0; row < 9; ++row) {
     for (std::size_t i = 0; i < digits; i += 4) {
       const std::uint32_t limb = rows_[row * stride_ + i / Decimal::kLimbDigits];
@@ -252,6 +194,14 @@ void Transformation::makeVectorRows(const Decimal& greatestPower) {
       pair.limbs[i % kVectorDigits / 4 * 2 + row % 2] = static_cast<std::int16_t>(four);
     }
   }
+}
+
+bool Transformation::inVectors(const Silhouette& silhouette) const {
+  return !vectorRows_.empty() && totalOf(silhouette) <= vector_image::kMaxCount;
+}
+
+std::size_t Transformation::vectors() const {
+  return vectorRows_.size() / vector_image::kPairs;
 }
 
 Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
@@ -263,21 +213,11 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
       refuse(static_cast<std::size_t>(k_ * std::log10(static_cast<long double>(digit)) + std::log10(count)) +
              1);
   }
-  if (!shortRows_.empty()) {
-    const std::uint32_t total = totalOf(silhouette);
-    std::array<std::uint32_t, kShortImageLimbs> limbs;
-    if (!vectorRows_.empty() && total <= vector_image::kMaxCount) {
-      const std::size_t vectors = vectorRows_.size() / vector_image::kPairs;
-      Silhouette result = silhouette;
-      if (vector_image::apply(vectorRows_.data(), vectors, result.counts.data(), limbs.data())) {
-        image.assign(std::span(limbs).first(vectors * vector_image::kVectorDigits / Decimal::kLimbDigits));
-        return result;
-      }
-    }
-    if (total <= kShortMaxCount) {
-      const std::size_t size = shortRows_.size() / 9;
-      const Silhouette result = applyShort(shortRows_.data(), size, silhouette, limbs.data());
-      image.assign(std::span(limbs).first(2 * size));
+  if (inVectors(silhouette)) {
+    std::array<std::uint32_t, vector_image::kMaxLimbs> limbs;
+    Silhouette result = silhouette;
+    if (vector_image::apply(vectorRows_.data(), vectors(), result.counts.data(), limbs.data())) {
+      image.assign(std::span(limbs).first(vectors() * vector_image::kVectorLimbs));
       return result;
     }
   }
@@ -292,23 +232,9 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
 }
 
 std::size_t Transformation::walk(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes) {
-  if (shortRows_.empty() || totalOf(silhouette) > kShortMaxCount) return 0;
-  std::array<std::uint32_t, kShortImageLimbs> limbs;
-  std::size_t done = 0;
-  while (done < silhouettes.size()) {
-    if (!vectorRows_.empty() && totalOf(silhouette) <= vector_image::kMaxCount) {
-      const auto rest = silhouettes.subspan(done);
-      done += vector_image::walk(vectorRows_.data(), vectorRows_.size() / vector_image::kPairs,
-                                 silhouette.counts.data(), rest.data(), rest.size());
-      if (done == silhouettes.size()) break;
-    }
-    const Silhouette next = applyShort(shortRows_.data(), shortRows_.size() / 9, silhouette, limbs.data());
-    const auto word = packed(next);
-    if (!word) break;
-    silhouette = next;
-    silhouettes[done++] = *word;
-  }
-  return done;
+  if (!inVectors(silhouette)) return 0;
+  return vector_image::walk(vectorRows_.data(), vectors(), silhouette.counts.data(), silhouettes.data(),
+                            silhouettes.size());
 }
 
 Decimal Transformation::image(const Silhouette& silhouette) {
@@ -319,14 +245,13 @@ Decimal Transformation::image(const Silhouette& silhouette) {
 
 void Transformation::writeImages(std::span<const PackedSilhouette> silhouettes, const TextTaker& take) {
   constexpr std::size_t kAtOnce = 16;
-  std::array<char, kAtOnce * vector_image::kMaxVectors * vector_image::kVectorDigits> texts;
+  std::array<char, kAtOnce * vector_image::kMaxCount> texts;
   std::array<std::size_t, kAtOnce> digits{};
-  const std::size_t vectors = vectorRows_.size() / vector_image::kPairs;
-  const std::size_t size = vectors * vector_image::kVectorDigits;
+  const std::size_t size = vectors() * vector_image::kVectorDigits;
   while (!silhouettes.empty()) {
     const std::size_t count = std::min(silhouettes.size(), kAtOnce);
-    if (vectors > 0) {
-      vector_image::write(vectorRows_.data(), vectors, silhouettes.data(), count, texts.data(),
+    if (size > 0) {
+      vector_image::write(vectorRows_.data(), vectors(), silhouettes.data(), count, texts.data(),
                           digits.data());
     }
     for (std::size_t i = 0; i < count; ++i) {

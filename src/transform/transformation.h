@@ -67,15 +67,15 @@ class Transformation {
 
  private:
   [[noreturn]] void refuse(std::size_t digits) const;
-  void makeShortRows(const Decimal& greatestPower);
   void makeVectorRows(const Decimal& greatestPower);
+  bool inVectors(const Silhouette& silhouette) const;
+  std::size_t vectors() const;
 
   std::int32_t k_;
   int greatestDigit_ = 9;  ///< the powers of the digits above it are too long
   std::size_t stride_ = 0;
-  std::vector<std::uint32_t> rows_;       ///< nine rows of stride_ limbs, of the digits 1 to 9
-  std::vector<std::uint64_t> shortRows_;  ///< the same in limbs of sixteen digits, limb by limb; or empty
-  std::vector<vector_image::RowPair> vectorRows_;  ///< the same in limbs of four digits; or empty
+  std::vector<std::uint32_t> rows_;                ///< nine rows of stride_ limbs, of the digits 1 to 9
+  std::vector<vector_image::RowPair> vectorRows_;  ///< the same in limbs of four digits; empty if too long
   std::vector<std::uint64_t> sums_;
   std::vector<std::uint32_t> scratch_;
   std::vector<std::uint32_t> limbs_;

@@ -137,9 +137,10 @@ struct Limbs {
       const Vector inOrder = _mm256_permute4x64_epi64(packed(v), 0b11'01'10'00);
       const Vector joined = _mm256_madd_epi16(inOrder, _mm256_set1_epi32(1 | kLimbBase << 16));
       if (v + 1 < kVectors) {
-        _mm256_storeu_si256(reinterpret_cast<Vector*>(limbs + 4 * v), joined);
+        _mm256_storeu_si256(reinterpret_cast<Vector*>(limbs + kVectorLimbs * v), joined);
       } else {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(limbs + 4 * v), _mm256_castsi256_si128(joined));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(limbs + kVectorLimbs * v),
+                         _mm256_castsi256_si128(joined));
       }
     }
   }

@@ -9,7 +9,9 @@
 namespace zelvion::vector_image {
 
 constexpr std::size_t kVectorDigits = 32;
+constexpr std::size_t kVectorLimbs = 4;  // limbs of eight digits
 constexpr std::size_t kMaxVectors = 13;
+constexpr std::size_t kMaxLimbs = kMaxVectors * kVectorLimbs;
 /// The most digits that a silhouette may have in all: the estimates of the carries are exact up to there.
 constexpr std::uint32_t kMaxCount = kMaxVectors * kVectorDigits;
 

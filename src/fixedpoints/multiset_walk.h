@@ -1,25 +1,28 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "fixedpoints/vector_sieve.h"
+
 namespace zelvion {
 
 /// The walk over the multisets of non-zero digits in search of those whose image is a fixed point.
 ///
 /// A candidate is a multiset of m digits from 1 to 9 that never rise, with a fixed number of nines in front.
-/// The candidates of one m come in ascending order. Their last digits, up to six, are taken from a table of
+/// The candidates of one m come in ascending order. Their last digits, up to eight, are taken from a table of
 /// all such tails with their sums of powers, so that a candidate costs one addition and the loop over tails
 /// is a plain one.
 ///
 /// Whether an image can be fixed is told by a sieve. With weights w(d) = floor(d^k W / 9^k), the weights of a
 /// candidate add up to its image times W / 9^k, those of the digits of the image to the image's own image
 /// likewise, each short by less than the number of digits. Where the two sums differ by more, the image is
-/// not fixed. Most images fail on their last sixteen digits alone: nines for all the others could not make up
-/// for what is missing.
+/// not fixed. Where the processor has the vectors, weights of 16 bits keep most candidates away from those of
+/// 32 bits.
 class MultisetWalk {
  public:
   using Survivor = std::function<void(const std::string& candidate)>;
@@ -39,40 +42,47 @@ class MultisetWalk {
   static std::int32_t count(int digits);
 
  private:
-  static constexpr int kMaxTail = 6;
+  static constexpr int kShortTail = 6;
+  static constexpr int kLongTail = 8;
 
-  struct Node {
-    std::vector<std::uint64_t> sum;  ///< of the powers of the nines and the digits so far, size_ limbs
-    std::uint32_t weight = 0;
-  };
+  /// A limb of four digits, or the coarse weight of one.
+  using Short = std::uint16_t;
 
   void prepare();
   void buildTails(int length);
-  void descend(int digits, int greatest, const Node& node);
-  void testTails(int greatest, const Node& node);
-  std::uint32_t weightOf(std::uint64_t limb) const;
-  bool passes(const Node& node, std::size_t tail) const;
+  void descend(int digits, int greatest);
+  void testTails(int greatest);
+  std::size_t tailPlace(std::size_t tail) const;
+  bool passes(std::size_t tail, std::uint32_t target) const;
+  /// The weight of the nines and the digits in front of the tail.
+  template <typename Weights>
+  std::uint32_t frontWeight(const Weights& weights) const;
+  /// The sum of powers that belongs to it.
+  const Short* frontSum() const { return &frontSums_[front_.size() * size_]; }
 
   std::int32_t k_;
   std::int32_t nines_;
   bool hopeless_ = false;  ///< no image can be fixed
   const Survivor* survivor_ = nullptr;
-  std::string prefix_;  ///< the digits of the candidate in front of its tail
 
-  std::size_t size_ = 0;                ///< limbs of sixteen digits in a sum
+  std::size_t size_ = 0;                ///< limbs of a sum
   std::uint32_t tolerance_ = 0;         ///< how far the weights of a fixed point and its digits may lie apart
-  std::uint32_t reachable_ = 0;         ///< the weight of nines in all digits above the lowest limb
   std::vector<std::uint32_t> weights_;  ///< of the digits 0 to 9
   std::vector<std::uint32_t> groupWeights_;  ///< of four digits together
-  std::vector<std::uint64_t> powers_;        ///< of the digits 0 to 9, size_ limbs each
+  std::vector<Short> powers_;                ///< of the digits 0 to 9, size_ limbs each
 
-  Node root_;  ///< the nines alone
+  std::string front_;             ///< the digits of the candidate in front of its tail
+  std::vector<Short> frontSums_;  ///< the sums of the powers of the nines, and of them and each digit more
 
   int tailLength_ = 0;
-  std::uint32_t tailUnit_ = 1;              ///< what a digit in front of a tail is worth
   std::vector<std::uint32_t> tailNumbers_;  ///< the tails of tailLength_ digits, ascending
   std::vector<std::uint32_t> tailWeights_;
-  std::vector<std::vector<std::uint64_t>> tailSums_;  ///< their sums of powers, limb by limb
+  std::vector<Short> tailSums_;  ///< their sums of powers, as vector_sieve has them
+
+  std::array<Short, 10> coarseWeights_{};  ///< of the digits 0 to 9, modulo 2^16 like all that come of them
+  vector_sieve::DigitWeights coarseBytes_{};  ///< the same
+  std::vector<Short> coarseTailWeights_;
+  std::vector<Short> places_;  ///< of the tails that the vectors leave
 };
 
 }  // namespace zelvion

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+#include "arith/vector_digits.h"
+
 namespace zelvion::vector_image {
 namespace {
 
@@ -205,28 +207,9 @@ class DigitCounter {
   Vector byPlace_[kPairs] = {};
 };
 
-// The two digits of each number below 100 in 16 bits become two bytes: the number less ten times its tens
-// goes into the higher one.
-Vector digitsOf(Vector numbers) {
-  const Vector tens = _mm256_mulhi_epu16(numbers, _mm256_set1_epi16(6554));
-  return _mm256_sub_epi16(_mm256_slli_epi16(numbers, 8), _mm256_mullo_epi16(tens, _mm256_set1_epi16(2559)));
-}
-
-/// Limbs of four digits, each in 16 bits, as two numbers below 100.
-struct Halves {
-  Vector hundreds;
-  Vector rest;
-
-  explicit Halves(Vector limbs) {
-    const Vector reciprocal = _mm256_set1_epi16(5243);  // 2^19 / 100
-    hundreds = _mm256_srli_epi16(_mm256_mulhi_epu16(limbs, reciprocal), 3);
-    rest = _mm256_sub_epi16(limbs, _mm256_mullo_epi16(hundreds, _mm256_set1_epi16(100)));
-  }
-};
-
 // The digits of limbs in 32 bits each, those of a limb in its place.
 Vector digitsOfWide(Vector limbs) {
-  const Halves halves(limbs);
+  const VectorHalves halves = halvesOf(limbs);
   return digitsOf(_mm256_or_si256(halves.hundreds, _mm256_slli_epi32(halves.rest, 16)));
 }
 
@@ -236,7 +219,7 @@ ZELVION_INLINE Counts Limbs<kVectors>::count() const {
 #pragma GCC unroll 13
   for (std::size_t v = 0; v < kVectors; v += 2) {
     if (v + 1 < kVectors) {
-      const Halves halves(packed(v));
+      const VectorHalves halves = halvesOf(packed(v));
       digits.add(digitsOf(halves.hundreds));
       digits.add(digitsOf(halves.rest));
     } else {

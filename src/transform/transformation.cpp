@@ -185,6 +185,7 @@ void Transformation::makeVectorRows(const Decimal& greatestPower) {
   const std::size_t digits = (greatestPower * Decimal(vector_image::kMaxCount)).digits();
   const std::size_t size = (digits + kVectorDigits - 1) / kVectorDigits;
   if (size > kMaxVectors) return;
+  assert(size * kVectorLimbs <= limbs_.size());
   vectorRows_.resize(size * kPairs);
   for (std::size_t row = 0; row < 9; ++row) {
     for (std::size_t i = 0; i < digits; i += 4) {
@@ -214,10 +215,9 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
              1);
   }
   if (inVectors(silhouette)) {
-    std::array<std::uint32_t, vector_image::kMaxLimbs> limbs;
     Silhouette result = silhouette;
-    if (vector_image::apply(vectorRows_.data(), vectors(), result.counts.data(), limbs.data())) {
-      image.assign(std::span(limbs).first(vectors() * vector_image::kVectorLimbs));
+    if (vector_image::apply(vectorRows_.data(), vectors(), result.counts.data(), limbs_.data())) {
+      image.assign(std::span(limbs_).first(vectors() * vector_image::kVectorLimbs));
       return result;
     }
   }
@@ -245,7 +245,7 @@ Decimal Transformation::image(const Silhouette& silhouette) {
 
 void Transformation::writeImages(std::span<const PackedSilhouette> silhouettes, const TextTaker& take) {
   constexpr std::size_t kAtOnce = 16;
-  std::array<char, kAtOnce * vector_image::kMaxCount> texts;
+  std::array<char, kAtOnce * vector_image::kMaxCount> texts{};
   std::array<std::size_t, kAtOnce> digits{};
   const std::size_t size = vectors() * vector_image::kVectorDigits;
   while (!silhouettes.empty()) {

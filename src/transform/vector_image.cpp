@@ -247,7 +247,7 @@ ZELVION_INLINE std::size_t Limbs<kVectors>::write(char* text) const {
 
 template <std::size_t kVectors>
 bool applyTo(const RowPair* rows, std::uint32_t* counts, std::uint32_t* limbs) {
-  Limbs<kVectors> image;
+  Limbs<kVectors> image{};
   if (!image.sum(rows, load(counts))) return false;
   image.store(limbs);
   store(image.count(), counts);
@@ -259,7 +259,7 @@ std::size_t walkFrom(const RowPair* rows, std::uint32_t* counts, std::uint64_t* 
   Counts current = load(counts);
   std::size_t done = 0;
   for (; done < steps; ++done) {
-    Limbs<kVectors> image;
+    Limbs<kVectors> image{};
     if (!image.sum(rows, current)) break;
     const Counts next = image.count();
     if (!fitsWord(next)) break;
@@ -275,7 +275,7 @@ void writeAll(const RowPair* rows, const std::uint64_t* packed, std::size_t coun
               std::size_t* digits) {
   for (std::size_t i = 0; i < count; ++i, texts += kVectors * kVectorDigits) {
     const Counts counts = unpack(packed[i]);
-    Limbs<kVectors> image;
+    Limbs<kVectors> image{};
     digits[i] = totalOf(counts) <= kMaxCount && image.sum(rows, counts) ? image.write(texts) : 0;
   }
 }

@@ -23,6 +23,7 @@ ENUMERATORS = {
 
 DEFAULT = {
     "cycle": ["24:789", "60:789", "100:789", "148:789"],
+    "digits": ["24:789", "60:789", "100:789", "148:789"],
     "iterates": ["100:789", "1000:789", "10000:789", "34000:789"],
     "later": ["34000:789:100", "1000000:789:1"],
     "first": ["1000000:789"],
@@ -51,11 +52,13 @@ class Work:
     def __init__(self, name, text):
         self.name = name
         self.values = text.split(":")
-        if name in ("cycle", "iterates", "later", "first", "steps") and len(self.values) == 1:
+        if name in ("cycle", "digits", "iterates", "later", "first", "steps") and len(self.values) == 1:
             self.values.append("789")
         if name == "later" and len(self.values) == 2:
             self.values.append("1")
         self.arguments = [name, *self.values]
+        if name == "digits":
+            self.arguments = ["cycle", *self.values]
         if name == "grouped":
             self.arguments = ["cascade", *self.values]
         if name == "enumerator":
@@ -65,6 +68,8 @@ class Work:
         v = self.values
         if self.name == "cycle":
             return f"cycle search, k = {v[0]}, p = {v[1]}"
+        if self.name == "digits":
+            return f"the same, k = {v[0]}, p = {v[1]}, with digits() in PARI/GP"
         if self.name == "iterates":
             return f"1000 iterates, k = {thousands(v[0])}, p = {v[1]}"
         if self.name == "later":
@@ -87,6 +92,8 @@ class Work:
             return True
         if self.name == "complete":
             return int(self.values[1]) <= 10 and program != "textbook"
+        if self.name == "digits":
+            return program == "PARI/GP"
         if self.name == "grouped":
             return program == "Python"
         if program == "textbook":
@@ -118,6 +125,7 @@ def run_once(build, program, work, directory):
     environment = dict(os.environ)
     arguments = list(work.arguments)
     if program == "PARI/GP":
+        arguments[0] = work.name
         environment.update(WORK=" ".join(arguments), FILE=str(answer))
         command = ["gp", "-q", "-f", BENCH / "peers/pari.gp"]
     elif program == "Python":
@@ -218,7 +226,7 @@ def parse():
     parser.add_argument("--quick", action="store_true", help="fewer and smaller works, about two minutes")
     parser.add_argument("--save", action="store_true", help="write the outcome to bench/results.md as well")
     forms = {
-        "cycle": "K:P", "iterates": "K:P", "later": "K:P:COUNT", "first": "K:P", "cascade": "K", "grouped": "K",
+        "cycle": "K:P", "digits": "K:P", "iterates": "K:P", "later": "K:P:COUNT", "first": "K:P", "cascade": "K", "grouped": "K",
         "enumerator": "NAME", "complete": "FROM:TO", "steps": "K:P:STEPS",
     }  # fmt: skip
     for name, form in forms.items():

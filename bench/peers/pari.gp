@@ -18,9 +18,19 @@ image(s, P) =
   vecextract(P, m[,1]) * m[,2];
 }
 
+\\ The report of a cycle of these points, written to the file as well.
+reported(k, p, points, texts) =
+{
+  my(report = Str(" Puissance k= ", k, ". Pour ", p, ": Convergence vers le CYCLE d'ORDRE ", #points, ":", lineend,
+    "(", strjoin(texts, ", "), ")", lineend, "Points extrêmes du cycle: ", vecmin(points), ", ", vecmax(points),
+    " nombre de chiffres maximum: ", #Str(vecmax(points))));
+  write1(Str(directory, "/cycle.txt"), report, lineend);
+  report;
+}
+
 cycle(k, p) =
 {
-  my(K = eval(k), P = powertable(K), M = Map(), s = p, x, step = 0, first, order, points, texts, report);
+  my(K = eval(k), P = powertable(K), M = Map(), s = p, x, step = 0, first, order, points, texts);
   while(1,
     x = image(s, P); s = Str(x); step++;
     if(mapisdefined(M, x, &first), break);
@@ -29,11 +39,20 @@ cycle(k, p) =
   points = vector(order); texts = vector(order);
   points[1] = x; texts[1] = s;
   for(i = 2, order, x = image(s, P); s = Str(x); points[i] = x; texts[i] = s);
-  report = Str(" Puissance k= ", k, ". Pour ", p, ": Convergence vers le CYCLE d'ORDRE ", order, ":", lineend, "(",
-    strjoin(texts, ", "), ")", lineend, "Points extrêmes du cycle: ", vecmin(points), ", ", vecmax(points),
-    " nombre de chiffres maximum: ", #Str(vecmax(points)));
-  write1(Str(directory, "/cycle.txt"), report, lineend);
-  report;
+  reported(k, p, points, texts);
+}
+
+\\ The same as most would write it, on the vector of digits.
+digitscycle(k, p) =
+{
+  my(P = vector(10, d, (d - 1)^eval(k)), M = Map(), x = eval(p), step = 0, first, points);
+  while(1,
+    x = vecsum([P[d + 1] | d <- digits(x)]); step++;
+    if(mapisdefined(M, x, &first), break);
+    mapput(M, x, step));
+  points = vector(step - first);
+  for(i = 1, #points, points[i] = x; x = vecsum([P[d + 1] | d <- digits(x)]));
+  reported(k, p, points, [Str(x) | x <- points]);
 }
 
 iterates(k, p) =
@@ -99,6 +118,7 @@ complete(a, b) =
 run(w) =
 {
   if(w[1] == "cycle", cycle(w[2], w[3]),
+     w[1] == "digits", digitscycle(w[2], w[3]),
      w[1] == "iterates", iterates(w[2], w[3]),
      w[1] == "first", first(w[2], w[3]),
      w[1] == "later", later(w[4]),

@@ -144,7 +144,7 @@ std::int32_t MultisetWalk::run(int digits, const Survivor& survivor) {
   if (!hopeless_) {
     survivor_ = &survivor;
     // A long table pays where there are many fronts.
-    buildTails(std::min(digits, std::clamp(digits / 2, kShortTail, kLongTail)));
+    buildTails(std::min(digits, std::clamp((digits + 1) / 2, kShortTail, kLongTail)));
     descend(digits, 9);
   }
   return count(digits);

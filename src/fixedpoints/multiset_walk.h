@@ -14,9 +14,9 @@ namespace zelvion {
 /// The walk over the multisets of non-zero digits in search of those whose image is a fixed point.
 ///
 /// A candidate is a multiset of m digits from 1 to 9 that never rise, with a fixed number of nines in front.
-/// The candidates of one m come in ascending order. Their last digits, up to eight, are taken from a table of
-/// all such tails with their sums of powers, so that a candidate costs one addition and the loop over tails
-/// is a plain one.
+/// The candidates of one m come in ascending order. Their last digits, about half of them, are taken from a
+/// table of all such tails with their sums of powers, so that a candidate costs one addition and the loop
+/// over tails is a plain one.
 ///
 /// Whether an image can be fixed is told by a sieve. With weights w(d) = floor(d^k W / 9^k), the weights of a
 /// candidate add up to its image times W / 9^k, those of the digits of the image to the image's own image
@@ -42,7 +42,7 @@ class MultisetWalk {
   static std::int32_t count(int digits);
 
  private:
-  static constexpr int kShortTail = 6;
+  static constexpr int kShortTail = 4;
   static constexpr int kLongTail = 8;
 
   /// A limb of four digits, or the coarse weight of one.

@@ -68,9 +68,9 @@ std::size_t sift(const Tails& tails, const std::uint16_t* front, const DigitWeig
       Vector limb = _mm256_add_epi16(load(sums), _mm256_set1_epi16(static_cast<short>(front[i])));
       limb = _mm256_sub_epi16(limb, carry);
       carry = _mm256_cmpgt_epi16(limb, greatest);
-      const VectorHalves halves = halvesOf(_mm256_sub_epi16(limb, _mm256_and_si256(carry, base)));
-      weight.add(digitsOf(halves.hundreds));
-      weight.add(digitsOf(halves.rest));
+      const VectorDigits digits = digitsOf(_mm256_sub_epi16(limb, _mm256_and_si256(carry, base)));
+      weight.add(digits.upper);
+      weight.add(digits.lower);
     }
     const Vector off = _mm256_add_epi16(_mm256_sub_epi16(weight.sum(), load(tails.weights + tail)), offsets);
     std::uint32_t kept = bitsOf(_mm256_cmpeq_epi16(_mm256_min_epu16(off, widths), off));

@@ -209,24 +209,24 @@ class DigitCounter {
 
 // The digits of limbs in 32 bits each, those of a limb in its place.
 Vector digitsOfWide(Vector limbs) {
-  const VectorHalves halves = halvesOf(limbs);
-  return digitsOf(_mm256_or_si256(halves.hundreds, _mm256_slli_epi32(halves.rest, 16)));
+  const VectorDigits digits = digitsOf(limbs);
+  return _mm256_or_si256(digits.upper, _mm256_slli_epi32(digits.lower, 16));
 }
 
 template <std::size_t kVectors>
 ZELVION_INLINE Counts Limbs<kVectors>::count() const {
-  DigitCounter digits;
+  DigitCounter counter;
 #pragma GCC unroll 13
   for (std::size_t v = 0; v < kVectors; v += 2) {
     if (v + 1 < kVectors) {
-      const VectorHalves halves = halvesOf(packed(v));
-      digits.add(digitsOf(halves.hundreds));
-      digits.add(digitsOf(halves.rest));
+      const VectorDigits digits = digitsOf(packed(v));
+      counter.add(digits.upper);
+      counter.add(digits.lower);
     } else {
-      digits.add(digitsOfWide(of[v]));
+      counter.add(digitsOfWide(of[v]));
     }
   }
-  return digits.sum();
+  return counter.sum();
 }
 
 template <std::size_t kVectors>

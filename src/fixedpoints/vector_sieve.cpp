@@ -91,7 +91,8 @@ namespace zelvion::vector_sieve {
 bool isSupported() noexcept {
   return false;
 }
-std::size_t sift(const Tails&, const Front&, std::uint16_t*) noexcept {
+std::size_t sift(const Tails&, const std::uint16_t*, const DigitWeights&, std::uint16_t, std::uint16_t,
+                 std::uint16_t*) noexcept {
   return 0;
 }
 

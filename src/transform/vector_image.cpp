@@ -327,6 +327,7 @@ bool apply(const RowPair*, std::size_t, std::uint32_t*, std::uint32_t*) noexcept
 std::size_t walk(const RowPair*, std::size_t, std::uint32_t*, std::uint64_t*, std::size_t) noexcept {
   return 0;
 }
+void write(const RowPair*, std::size_t, const std::uint64_t*, std::size_t, char*, std::size_t*) noexcept {}
 
 }  // namespace zelvion::vector_image
 

@@ -57,6 +57,29 @@ TEST(Transformation, ImagesAgreeWithGmp) {
   }
 }
 
+TEST(Transformation, WalksAndTextsAgreeWithGmp) {
+  std::mt19937_64 random(13);
+  for (int k = 3; k < 470; k += 9) {
+    Transformation transformation(k);
+    std::vector<PackedSilhouette> silhouettes(20);
+    Silhouette current = silhouetteOf("789");
+    std::string value = "789";
+    const std::size_t steps = transformation.walk(current, silhouettes);
+    for (std::size_t i = 0; i < steps; ++i) {
+      value = imageOf(k, silhouetteOf(value));
+      ASSERT_EQ(unpacked(silhouettes[i]), silhouetteOf(value)) << k << " " << i;
+    }
+    EXPECT_EQ(current, silhouetteOf(value)) << k;
+    for (std::size_t i = steps; i < silhouettes.size(); ++i) silhouettes[i] = random() >> (1 + random() % 63);
+    silhouettes.push_back(~PackedSilhouette{0} >> 1);  // 127 of each digit
+    std::size_t written = 0;
+    transformation.writeImages(silhouettes, [&](std::string_view text) {
+      ASSERT_EQ(text, imageOf(k, unpacked(silhouettes[written++]))) << k;
+    });
+    EXPECT_EQ(written, silhouettes.size());
+  }
+}
+
 TEST(Transformation, CarriesRunThroughLimbsOfNines) {
   // Images with many zeros in a row, from sixteen to forty: all carries meet there.
   const std::pair<int, std::array<std::uint32_t, 9>> rows[] = {

@@ -14,8 +14,8 @@
 
 namespace zelvion::bench {
 
-/// A desktop that nobody looks at: it answers OK and Yes. Files are real ones, in a
-/// directory of its own that goes with it.
+/// A desktop that nobody looks at: it answers OK and Yes. Files are real ones, in a directory of its own that
+/// goes with it.
 class QuietDesktop : public Desktop {
  public:
   QuietDesktop() {

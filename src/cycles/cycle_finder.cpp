@@ -1,7 +1,6 @@
 #include "cycles/cycle_finder.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace zelvion {
 
@@ -16,7 +15,8 @@ std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
       continue;
     }
     // Looking back takes a nanosecond for some ten steps, a step some ten nanoseconds and more: looking
-    // whenever there is an eighth more to look at costs little, and so do the steps behind the return.
+    // whenever there is an eighth more to look at costs little, and so do the steps behind the return, which
+    // repeat what was worked out before.
     constexpr std::int32_t kFewSteps = 64;
     advanceTo(std::min(last, step_ + std::max(kFewSteps, step_ / 8)));
     lookForReturn();
@@ -57,10 +57,15 @@ void CycleFinder::lookForReturn() {
   const auto before = static_cast<std::int32_t>(history_.latestEqual(static_cast<std::size_t>(step_)));
   if (before == 0) return;
   const std::int32_t order = step_ - before;
-  const auto isAlone = [&](std::int32_t step) {
-    return !history_.areEqual(static_cast<std::size_t>(step), static_cast<std::size_t>(step + order));
-  };
-  std::int32_t first = *std::ranges::partition_point(std::views::iota(1, before), isAlone);
+  std::int32_t first = 1;
+  for (std::int32_t end = before; first < end;) {
+    const std::int32_t middle = first + (end - first) / 2;
+    if (history_.areEqual(static_cast<std::size_t>(middle), static_cast<std::size_t>(middle + order))) {
+      end = middle;
+    } else {
+      first = middle + 1;
+    }
+  }
   if (iterate(first) != iterate(first + order)) ++first;
   cycle_ = {first + order, first};
 }

@@ -27,8 +27,7 @@ class SilhouetteHistory {
   /// `count`.
   std::span<const PackedSilhouette> packedFrom(std::size_t step, std::size_t count) const;
   bool areEqual(std::size_t a, std::size_t b) const;
-  /// The latest step before `step` with the same silhouette, 0 if it is that of the start or if there is
-  /// none.
+  /// The latest step before `step` with the same silhouette; 0 if there is none, for the start never counts.
   std::size_t latestEqual(std::size_t step) const;
 
  private:

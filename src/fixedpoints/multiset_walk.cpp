@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <limits>
 
 #include "fixedpoints/vector_sieve.h"
 #include "transform/transformation.h"
@@ -136,6 +137,7 @@ void MultisetWalk::buildTails(int length) {
     coarseTailWeights_.swap(coarseWeights);
     tailSums_.swap(sums);
   }
+  assert(tailNumbers_.size() <= std::numeric_limits<Short>::max());
   places_.resize(tailNumbers_.size());
 }
 

@@ -1,7 +1,7 @@
 // Compiled for AVX2 where the processor may have it, and called only where it has; see vector_image.cpp.
 #include "fixedpoints/vector_sieve.h"
 
-#if defined(__AVX2__)
+#if defined(ZELVION_AVX2)
 
 #include "arith/vector_digits.h"
 

@@ -1,7 +1,6 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -71,34 +70,10 @@ int writeAll(const Descriptor& file, const std::string& text) {
   return 0;
 }
 
-/// Keeps this thread, and the process that it starts meanwhile, on the processor where it runs: of two that
-/// never run at once, the second need not wait until another processor wakes up.
-class OneProcessor {
- public:
-  OneProcessor() {
-    const int processor = ::sched_getcpu();
-    if (processor < 0 || processor >= CPU_SETSIZE || ::sched_getaffinity(0, sizeof all_, &all_) != 0) return;
-    cpu_set_t one;
-    CPU_ZERO(&one);
-    CPU_SET(static_cast<std::size_t>(processor), &one);
-    kept_ = ::sched_setaffinity(0, sizeof one, &one) == 0;
-  }
-  OneProcessor(const OneProcessor&) = delete;
-  OneProcessor& operator=(const OneProcessor&) = delete;
-  ~OneProcessor() {
-    if (kept_) ::sched_setaffinity(0, sizeof all_, &all_);
-  }
-
- private:
-  cpu_set_t all_{};
-  bool kept_ = false;
-};
-
 /// The same in a process of its own, which ends its work even where this one is killed meanwhile. This one
 /// stands still until then and lends it its memory, so that nothing is copied.
 int writeAllApart(const Descriptor& file, const std::string& text) {
   volatile int error = 0;
-  const OneProcessor here;
   const pid_t writer = ::vfork();
   if (writer == 0) {
     ::setsid();

@@ -1,5 +1,7 @@
 #include "transform/orbit.h"
 
+#include <cassert>
+
 #include "text/number.h"
 
 namespace zelvion {
@@ -23,8 +25,10 @@ Transformation* DigitPower::transformation() {
 
 void Orbit::advance() {
   if (isNumber_) {
-    if (number_.limbs().size() > kMaxCharacters / Decimal::kLimbDigits) requireLength(number_.text());
+    const bool mayBeLong = !walked_ && number_.limbs().size() > kMaxCharacters / Decimal::kLimbDigits;
+    if (mayBeLong) requireLength(number_.text());
     silhouette_ = power_.transformation()->apply(silhouette_, number_);
+    walked_ = false;
     return;
   }
   if (isZeroText(text_)) {
@@ -43,10 +47,20 @@ void Orbit::advance() {
 }
 
 std::size_t Orbit::walk(std::span<PackedSilhouette> silhouettes) {
-  return isNumber_ ? power_.transformation()->walk(silhouette_, silhouettes) : 0;
+  if (!isNumber_) return 0;
+  const std::size_t steps = power_.transformation()->walk(silhouette_, silhouettes);
+  walked_ = walked_ || steps > 0;
+  return steps;
+}
+
+std::string Orbit::text() const {
+  std::string text;
+  appendTo(text);
+  return text;
 }
 
 void Orbit::appendTo(std::string& out) const {
+  assert(!walked_);
   if (isNumber_) {
     number_.appendTo(out);
   } else {

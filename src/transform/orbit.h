@@ -43,16 +43,14 @@ class Orbit {
   /// Goes on by up to silhouettes.size() steps at once and puts the silhouettes of the values into
   /// `silhouettes`. Returns how many steps it was: none unless the current value is a number whose image is
   /// short. Behind one or more steps the current value is known by its silhouette alone until the next
-  /// `advance`: number(), text() and appendTo() have to wait for that.
+  /// `advance`: text() and appendTo() have to wait for that.
   std::size_t walk(std::span<PackedSilhouette> silhouettes);
 
   /// Whether the current value is held as a number.
   bool isNumber() const noexcept { return isNumber_; }
-  /// The current value; only if it is held as a number.
-  const Decimal& number() const noexcept { return number_; }
   /// The silhouette of the current value; only if it is held as a number.
   const Silhouette& silhouette() const noexcept { return silhouette_; }
-  std::string text() const { return isNumber_ ? number_.text() : text_; }
+  std::string text() const;
   /// Appends the text of the current value to `out`.
   void appendTo(std::string& out) const;
 
@@ -60,6 +58,7 @@ class Orbit {
   DigitPower& power_;
   std::string text_;
   bool isNumber_ = false;
+  bool walked_ = false;  ///< number_ is an earlier value
   Decimal number_;
   Silhouette silhouette_;
 };

@@ -14,7 +14,7 @@
 
 namespace zelvion {
 
-/// How many digits 9, 8, ... 1 a number has: counts[0] is for the digit 1, counts[8] for the digit 9.
+/// How many digits 1, 2, ... 9 a number has: counts[0] is for the digit 1, counts[8] for the digit 9.
 struct Silhouette {
   std::array<std::uint32_t, 9> counts{};
 

@@ -3,10 +3,11 @@
 // with the rest of the program.
 #include "transform/vector_image.h"
 
-#if defined(__AVX2__) && defined(__FMA__)
+#if defined(ZELVION_AVX2)
 
 #include <immintrin.h>
 
+#include <cassert>
 #include <utility>
 
 #include "arith/vector_digits.h"
@@ -28,7 +29,8 @@ struct Counts {
 };
 
 Counts load(const std::uint32_t* counts) {
-  // Read in halves, as they were written last, else the reading waits until they have left the processor.
+  // Read in halves: the caller has copied the silhouette so, and a load of 32 bytes right behind two stores
+  // of 16 would wait until these have reached the cache.
   const auto* halves = reinterpret_cast<const __m128i*>(counts);
   const __m128i low = _mm_packus_epi32(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
   return {_mm256_broadcastsi128_si256(low), _mm256_set1_epi32(static_cast<int>(counts[8]))};
@@ -87,8 +89,8 @@ template <std::size_t kVectors>
 struct Limbs {
   Vector of[kVectors];
 
-  /// The sums of the products of counts and powers, with their carries handed on twice, which leaves nothing
-  /// to carry; returns false if it does, for a limb of nines that was handed one.
+  /// The sums of the products of counts and powers, with their carries handed on twice. Returns false where a
+  /// limb of 9,999 is handed one the second time, which would have to be handed on once more.
   ZELVION_INLINE bool sum(const RowPair* rows, const Counts& counts) {
     const Vector pairs[kPairs] = {
         _mm256_shuffle_epi32(counts.low, 0x00), _mm256_shuffle_epi32(counts.low, 0x55),
@@ -106,6 +108,7 @@ struct Limbs {
       const Vector sum = _mm256_add_epi32(_mm256_add_epi32(_mm256_add_epi32(products[0], products[1]),
                                                            _mm256_add_epi32(products[2], products[3])),
                                           products[4]);
+      static_assert(kMaxCount * (kLimbBase - 1) < 1 << 23, "a float holds a sum exactly");
       // A sum s is at most 416 * 9,999. (s + 1/2) / 10,000 is no nearer to a whole number than 1/20,000, and
       // all roundings together are less than 1/37,000, so that the quotient is exact.
       const Vector quotient = _mm256_cvttps_epi32(
@@ -168,6 +171,8 @@ constexpr Ones kOnes = [] {
 /// Counts digits that stand in bytes. Each byte of a vector here counts two digits, in four bits each, of
 /// what stood in its place: as many vectors of digits as that holds may be added.
 class DigitCounter {
+  static_assert(kMaxVectors <= 15, "four bits count the vectors");
+
  public:
   void add(Vector digits) {
 #pragma GCC unroll 5
@@ -280,7 +285,8 @@ void writeAll(const RowPair* rows, const std::uint64_t* packed, std::size_t coun
   }
 }
 
-/// The functions for 1, 2, ... vectors.
+/// The functions for 1, 2, ... vectors, in tables: each number of vectors has its own, which keeps them all
+/// in registers as far as they go.
 template <std::size_t... kIndices>
 struct Functions {
   static constexpr decltype(&applyTo<1>) kApply[] = {applyTo<kIndices + 1>...};
@@ -294,21 +300,23 @@ using AllFunctions = decltype(functionsFor(std::make_index_sequence<kMaxVectors>
 }  // namespace
 
 bool isSupported() noexcept {
-  static const bool supported = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
-  return supported;
+  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
 }
 
 bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint32_t* limbs) noexcept {
+  assert(vectors >= 1 && vectors <= kMaxVectors);
   return AllFunctions::kApply[vectors - 1](rows, counts, limbs);
 }
 
 std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
                  std::size_t steps) noexcept {
+  assert(vectors >= 1 && vectors <= kMaxVectors);
   return AllFunctions::kWalk[vectors - 1](rows, counts, packed, steps);
 }
 
 void write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
            char* texts, std::size_t* digits) noexcept {
+  assert(vectors >= 1 && vectors <= kMaxVectors);
   AllFunctions::kWrite[vectors - 1](rows, packed, count, texts, digits);
 }
 

@@ -5,7 +5,7 @@
 
 /// Images of numbers of up to a few hundred digits, worked out with vectors of AVX2 from end to end. A vector
 /// holds eight limbs of four digits; the products by the powers, the carries and the counting of the digits
-/// all stay in vectors, which takes half the time and less than that of the same in words.
+/// all stay in vectors, which takes half the time of the same in words or less.
 namespace zelvion::vector_image {
 
 constexpr std::size_t kVectorDigits = 32;

@@ -48,6 +48,12 @@ std::size_t tailsUpTo(int greatest, int length) {
   return kBinomials[static_cast<std::size_t>(length + greatest - 1)][static_cast<std::size_t>(length)];
 }
 
+// A longer table takes longer to make, and saves fronts. These lengths were the fastest.
+int tailLengthFor(int digits) {
+  if (digits < 10) return (digits + 1) / 2;
+  return digits < 14 ? 6 : 8;
+}
+
 }  // namespace
 
 std::int32_t MultisetWalk::count(int digits) {
@@ -145,41 +151,37 @@ std::int32_t MultisetWalk::run(int digits, const Survivor& survivor) {
   assert(digits >= 1 && digits <= kMaxDigits);
   if (!hopeless_) {
     survivor_ = &survivor;
-    // A long table pays where there are many fronts.
-    buildTails(std::min(digits, std::clamp((digits + 1) / 2, kShortTail, kLongTail)));
-    descend(digits, 9);
+    buildTails(tailLengthFor(digits));
+    const auto nines = static_cast<std::uint32_t>(nines_);
+    descend(digits, 9, {nines * weights_[9], nines * coarseWeights_[9]});
   }
   return count(digits);
 }
 
-void MultisetWalk::descend(int digits, int greatest) {
+void MultisetWalk::descend(int digits, int greatest, FrontWeight weight) {
   if (digits == tailLength_) {
-    testTails(greatest);
+    testTails(greatest, weight);
     return;
   }
   for (int digit = 1; digit <= greatest; ++digit) {
-    const Short* power = &powers_[static_cast<std::size_t>(digit) * size_];
+    const auto d = static_cast<std::size_t>(digit);
+    const Short* power = &powers_[d * size_];
     const Short* sum = frontSum();
     front_.push_back(static_cast<char>('0' + digit));
     Short* next = &frontSums_[front_.size() * size_];
     std::uint32_t carry = 0;
     for (std::size_t i = 0; i < size_; ++i) next[i] = addLimbs(sum[i], power[i], carry);
-    descend(digits - 1, digit);
+    descend(digits - 1, digit, {weight.fine + weights_[d], weight.coarse + coarseWeights_[d]});
     front_.pop_back();
   }
 }
 
-template <typename Weights>
-std::uint32_t MultisetWalk::frontWeight(const Weights& weights) const {
-  std::uint32_t weight = static_cast<std::uint32_t>(nines_) * weights[9];
-  for (const char digit : front_) weight += weights[static_cast<std::size_t>(digit - '0')];
-  return weight;
-}
-
-void MultisetWalk::testTails(int greatest) {
+void MultisetWalk::testTails(int greatest, FrontWeight weight) {
   const std::size_t count = tailsUpTo(greatest, tailLength_);
-  const auto test = [&, weight = frontWeight(weights_)](std::size_t tail) {
-    if (passes(tail, weight + tailWeights_[tail])) (*survivor_)(front_ + std::to_string(tailNumbers_[tail]));
+  const auto test = [&](std::size_t tail) {
+    if (passes(tail, weight.fine + tailWeights_[tail])) {
+      (*survivor_)(front_ + std::to_string(tailNumbers_[tail]));
+    }
   };
   const std::uint32_t width = 2 * tolerance_;
   if (!vector_sieve::isSupported() || width > 0xFFFF) {
@@ -187,7 +189,7 @@ void MultisetWalk::testTails(int greatest) {
     return;
   }
   const vector_sieve::Tails tails{count, size_, tailSums_.data(), coarseTailWeights_.data()};
-  const std::uint32_t offset = tolerance_ - frontWeight(coarseWeights_);
+  const std::uint32_t offset = tolerance_ - weight.coarse;
   const std::size_t left = vector_sieve::sift(tails, frontSum(), coarseBytes_, static_cast<Short>(offset),
                                               static_cast<Short>(width), places_.data());
   for (std::size_t i = 0; i < left; ++i) test(places_[i]);

@@ -42,22 +42,22 @@ class MultisetWalk {
   static std::int32_t count(int digits);
 
  private:
-  static constexpr int kShortTail = 4;
-  static constexpr int kLongTail = 8;
-
   /// A limb of four digits, or the coarse weight of one.
   using Short = std::uint16_t;
 
   void prepare();
   void buildTails(int length);
-  void descend(int digits, int greatest);
-  void testTails(int greatest);
+  /// The weights of the nines and the digits in front of a tail.
+  struct FrontWeight {
+    std::uint32_t fine;
+    std::uint32_t coarse;
+  };
+
+  void descend(int digits, int greatest, FrontWeight weight);
+  void testTails(int greatest, FrontWeight weight);
   std::size_t tailPlace(std::size_t tail) const;
   bool passes(std::size_t tail, std::uint32_t target) const;
-  /// The weight of the nines and the digits in front of the tail.
-  template <typename Weights>
-  std::uint32_t frontWeight(const Weights& weights) const;
-  /// The sum of powers that belongs to it.
+  /// The sum of the powers of the nines and the digits in front of the tail.
   const Short* frontSum() const { return &frontSums_[front_.size() * size_]; }
 
   std::int32_t k_;

@@ -54,25 +54,26 @@ void CycleFinder::advanceTo(std::int32_t step) {
 }
 
 void CycleFinder::lookForReturn() {
-  const auto before = static_cast<std::int32_t>(history_.latestEqual(static_cast<std::size_t>(step_)));
+  const auto step = static_cast<std::size_t>(step_);
+  const std::size_t before = history_.latestEqual(step);
   if (before == 0) return;
-  const std::int32_t order = step_ - before;
-  std::int32_t first = 1;
-  for (std::int32_t end = before; first < end;) {
-    const std::int32_t middle = first + (end - first) / 2;
-    if (history_.areEqual(static_cast<std::size_t>(middle), static_cast<std::size_t>(middle + order))) {
+  const std::size_t order = step - before;
+  std::size_t first = 1;
+  for (std::size_t end = before; first < end;) {
+    const std::size_t middle = (first + end) / 2;
+    if (history_.areEqual(middle, middle + order)) {
       end = middle;
     } else {
       first = middle + 1;
     }
   }
   if (iterate(first) != iterate(first + order)) ++first;
-  cycle_ = {first + order, first};
+  cycle_ = {static_cast<std::int32_t>(first + order), static_cast<std::int32_t>(first)};
 }
 
 // The iterate of a step, from the silhouette before it.
-Decimal CycleFinder::iterate(std::int32_t step) const {
-  return power_.transformation()->image(history_.at(static_cast<std::size_t>(step - 1)));
+Decimal CycleFinder::iterate(std::size_t step) const {
+  return power_.transformation()->image(history_.at(step - 1));
 }
 
 // A point is the image of the one before it. What is no number is a zero text: a fixed point, without others.
@@ -91,7 +92,7 @@ void CycleFinder::listFurtherPoints(const Cycle& cycle, const TextTaker& take) c
 }
 
 std::string CycleFinder::current() const {
-  return orbit_.isNumber() && step_ > 0 ? iterate(step_).text() : orbit_.text();
+  return orbit_.isNumber() && step_ > 0 ? iterate(static_cast<std::size_t>(step_)).text() : orbit_.text();
 }
 
 }  // namespace zelvion

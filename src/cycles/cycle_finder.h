@@ -41,7 +41,7 @@ class CycleFinder {
   void advanceText();
   void advanceTo(std::int32_t step);
   void lookForReturn();
-  Decimal iterate(std::int32_t step) const;
+  Decimal iterate(std::size_t step) const;
 
   DigitPower& power_;
   Orbit orbit_;

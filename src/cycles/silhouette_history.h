@@ -34,7 +34,7 @@ class SilhouetteHistory {
   static constexpr std::size_t kBlock = 4096;
 
   struct Wide {
-    std::size_t step;
+    std::size_t step = 0;
     Silhouette silhouette;
   };
 

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "cycles/cycle_finder.h"
+#include "cycles/cycle_report.h"
 #include "form_test.h"
 #include "text/utf8.h"
 
@@ -56,12 +57,34 @@ TEST(CycleFinder, LongIterations) {
     ASSERT_EQ(cycle ? cycle->order() : 0, order) << k;
     const testing::PlainPower plain(k);
     std::string point = finder.current();
-    int further = 0;
-    finder.listFurtherPoints(*cycle, [&](std::string_view text) {
-      ++further;
-      ASSERT_EQ(point = plain.image(point), text) << k << " " << further;
-    });
-    EXPECT_EQ(further, order - 1) << k;
+    std::string expected;
+    for (int i = 1; i < order; ++i) expected.append(", ").append(point = plain.image(point));
+    std::string list;
+    finder.appendFurtherPoints(*cycle, list);
+    EXPECT_TRUE(list == expected) << k;
+  }
+}
+
+TEST(CycleReport, ExtremesOfPointsThatAreAlike) {
+  std::mt19937 random(9);
+  const auto above = [](const std::string& a, const std::string& b) {
+    return a.size() != b.size() ? a.size() > b.size() : a > b;
+  };
+  for (int i = 0; i < 2'000; ++i) {
+    std::string report = "(", smallest, largest;
+    std::size_t size = 0;
+    for (int count = 0; count < 12; ++count) {
+      std::string point(6 + random() % 4, '5');
+      point[random() % point.size()] = static_cast<char>('4' + random() % 3);
+      if (count == 0) size = point.size();
+      if (count == 0 || above(smallest, point)) smallest = point;
+      if (count == 0 || above(point, largest)) largest = point;
+      report += (count == 0 ? "" : ", ") + point;
+    }
+    const std::string expected = report + ")\r\nPoints extrêmes du cycle: " + smallest + ", " + largest +
+                                 " nombre de chiffres maximum: " + std::to_string(largest.size());
+    endCycleReport(report, 1, size);
+    ASSERT_EQ(report, expected);
   }
 }
 

@@ -77,15 +77,15 @@ Decimal CycleFinder::iterate(std::size_t step) const {
 }
 
 // A point is the image of the one before it. What is no number is a zero text: a fixed point, without others.
-void CycleFinder::listFurtherPoints(const Cycle& cycle, const TextTaker& take) const {
+void CycleFinder::appendFurtherPoints(const Cycle& cycle, std::string& list) const {
   if (!orbit_.isNumber()) return;
   const auto end = static_cast<std::size_t>(cycle.step - 1);
   for (auto step = static_cast<std::size_t>(cycle.first); step < end;) {
     if (const auto silhouettes = history_.packedFrom(step, end - step); !silhouettes.empty()) {
-      power_.transformation()->writeImages(silhouettes, take);
+      power_.transformation()->appendImages(silhouettes, list);
       step += silhouettes.size();
     } else {
-      take(power_.transformation()->image(history_.at(step)).text());
+      list.append(kListSeparator).append(power_.transformation()->image(history_.at(step)).text());
       ++step;
     }
   }

@@ -32,8 +32,9 @@ class CycleFinder {
   /// Goes on up to step `last` and returns the first return if it is there by then. Throws as Orbit::advance.
   std::optional<Cycle> advance(std::int32_t last);
 
-  /// Calls `take` with the points of `cycle`, which was found, behind the first one.
-  void listFurtherPoints(const Cycle& cycle, const TextTaker& take) const;
+  /// Appends the texts of the points of `cycle`, which was found, behind the first one to `list`,
+  /// kListSeparator before each.
+  void appendFurtherPoints(const Cycle& cycle, std::string& list) const;
   /// The text of the iterate that was reached.
   std::string current() const;
 

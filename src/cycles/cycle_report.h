@@ -1,19 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
+#include <cstddef>
 #include <string>
-
-#include "transform/transformation.h"
 
 namespace zelvion {
 
-/// Calls its argument with the texts of the points of a cycle, one after another.
-using PointLister = std::function<void(const TextTaker&)>;
-
-/// Appends to `report` the list of the `order` points of a cycle from `point` on, a line end, and the line of
-/// its extreme points. `listFurther` lists the points behind `point`, which becomes the last one.
-void appendCycleReport(std::string& report, std::string& point, std::int32_t order,
-                       const PointLister& listFurther);
+/// Ends the list of the points of a cycle, the first of which is at `begin` in `report` and `size` characters
+/// long, and which goes on to the end of `report` with digits and separators; appends the line of its extreme
+/// points.
+void endCycleReport(std::string& report, std::size_t begin, std::size_t size);
 
 }  // namespace zelvion

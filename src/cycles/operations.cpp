@@ -56,10 +56,13 @@ void Velmoire::searchCycle(const CycleSearch& search) {
 
   std::string report = " Puissance k= " + ordrek.Text + ". Pour " + entier.Text +
                        ": Convergence vers le CYCLE d'ORDRE " + std::to_string(cycle->order()) + ":";
-  std::string point = finder.current();
-  report.append(text::kLineEnd);
-  appendCycleReport(report, point, cycle->order(),
-                    [&](const TextTaker& take) { finder.listFurtherPoints(*cycle, take); });
+  const std::string first = finder.current();
+  report.append(text::kLineEnd).append("(");
+  const std::size_t begin = report.size();
+  report.reserve(begin +
+                 static_cast<std::size_t>(cycle->order()) * (first.size() + kListSeparator.size() + 1));
+  finder.appendFurtherPoints(*cycle, report.append(first));
+  endCycleReport(report, begin, first.size());
   record(search.file, report.append(text::kLineEnd));
   report.resize(report.size() - text::kLineEnd.size());
 
@@ -80,13 +83,13 @@ void Velmoire::informOfTime(const Moment& start) {
 std::string Velmoire::ListeCycle(std::string& ent, const std::int32_t& ord) {
   DigitPower power(ordrek.Text);
   Orbit orbit(power, ent);
-  std::string report;
-  appendCycleReport(report, ent, ord, [&](const TextTaker& take) {
-    for (std::int32_t i = 1; i < ord; ++i) {
-      orbit.advance();
-      take(orbit.text());
-    }
-  });
+  std::string report = "(" + ent;
+  for (std::int32_t i = 1; i < ord; ++i) {
+    orbit.advance();
+    report.append(kListSeparator).append(orbit.text());
+  }
+  endCycleReport(report, 1, ent.size());
+  if (ord > 1) ent = orbit.text();
   return report;
 }
 

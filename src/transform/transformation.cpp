@@ -243,25 +243,26 @@ Decimal Transformation::image(const Silhouette& silhouette) {
   return image;
 }
 
-void Transformation::writeImages(std::span<const PackedSilhouette> silhouettes, const TextTaker& take) {
+void Transformation::appendImages(std::span<const PackedSilhouette> silhouettes, std::string& list) {
+  static_assert(kListSeparator.size() == vector_image::kSeparatorSize);
   constexpr std::size_t kAtOnce = 16;
-  std::array<char, kAtOnce * vector_image::kMaxCount> texts{};
-  std::array<std::size_t, kAtOnce> digits{};
-  const std::size_t size = vectors() * vector_image::kVectorDigits;
+  constexpr std::size_t kLongest = vector_image::kSeparatorSize + vector_image::kMaxCount;
+  std::array<char, kAtOnce * kLongest> texts{};
   while (!silhouettes.empty()) {
-    const std::size_t count = std::min(silhouettes.size(), kAtOnce);
-    if (size > 0) {
-      vector_image::write(vectorRows_.data(), vectors(), silhouettes.data(), count, texts.data(),
-                          digits.data());
+    const auto some = silhouettes.first(std::min(silhouettes.size(), kAtOnce));
+    silhouettes = silhouettes.subspan(some.size());
+    char* const end = texts.data() + texts.size();
+    const char* const begin = vectorRows_.empty()
+                                  ? nullptr
+                                  : vector_image::write(vectorRows_.data(), vectors(), some.data(),
+                                                        some.size(), kListSeparator.data(), end);
+    if (begin != nullptr) {
+      list.append(begin, static_cast<const char*>(end));
+      continue;
     }
-    for (std::size_t i = 0; i < count; ++i) {
-      if (digits[i] > 0) {
-        take({texts.data() + (i + 1) * size - digits[i], digits[i]});
-      } else {
-        take(image(unpacked(silhouettes[i])).text());
-      }
+    for (const PackedSilhouette silhouette : some) {
+      list.append(kListSeparator).append(image(unpacked(silhouette)).text());
     }
-    silhouettes = silhouettes.subspan(count);
   }
 }
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,8 +33,8 @@ Silhouette silhouetteOf(const Decimal& number);
 /// The silhouette of a text of digits; other characters are passed over.
 Silhouette silhouetteOf(std::string_view digits);
 
-/// Takes a text, which does not outlive the call.
-using TextTaker = std::function<void(std::string_view)>;
+/// What stands between the numbers of a list.
+inline constexpr std::string_view kListSeparator = ", ";
 
 /// The digit-power transformation T for one power k: a number goes to the sum of the k-th powers of its
 /// digits. T depends on the silhouette alone, so an image is nine products of a count by a power that is
@@ -54,8 +54,9 @@ class Transformation {
   /// have more than kMaxImageDigits digits.
   Silhouette apply(const Silhouette& silhouette, Decimal& image);
   Decimal image(const Silhouette& silhouette);
-  /// Calls `take` with the texts of the images of many silhouettes, one after another. Throws as `apply`.
-  void writeImages(std::span<const PackedSilhouette> silhouettes, const TextTaker& take);
+  /// Appends the texts of the images of many silhouettes to `list`, kListSeparator before each. Throws as
+  /// `apply`.
+  void appendImages(std::span<const PackedSilhouette> silhouettes, std::string& list);
   /// Goes from `silhouette` to the silhouettes of the images that follow, which go into `silhouettes`; the
   /// last one goes into `silhouette`, too. Returns how many steps were taken: all of them as a rule, fewer or
   /// none where an image is long or a count does not fit, which takes an `apply`.

@@ -151,8 +151,9 @@ struct Limbs {
   }
 
   ZELVION_INLINE Counts count() const;
-  /// Writes all the digits, the highest first, and returns how many there are without zeros in front.
-  ZELVION_INLINE std::size_t write(char* text) const;
+  /// Writes all the digits, the highest first, up to `end`, and returns how many there are without zeros in
+  /// front.
+  ZELVION_INLINE std::size_t write(char* end) const;
 };
 
 /// What each digit adds to the counters of the digits 1 and 2, 3 and 4, ... and 9: 1 for the first of a pair,
@@ -235,19 +236,23 @@ ZELVION_INLINE Counts Limbs<kVectors>::count() const {
 }
 
 template <std::size_t kVectors>
-ZELVION_INLINE std::size_t Limbs<kVectors>::write(char* text) const {
-  const Vector zero = _mm256_set1_epi8('0');
-  const Vector backwards = _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0);
-  std::size_t digits = 0;
-  for (std::size_t v = kVectors; v-- > 0; text += kVectorDigits) {
-    const Vector shown = _mm256_or_si256(digitsOfWide(_mm256_permutevar8x32_epi32(of[v], backwards)), zero);
-    _mm256_storeu_si256(reinterpret_cast<Vector*>(text), shown);
+ZELVION_INLINE std::size_t Limbs<kVectors>::write(char* end) const {
+  std::size_t count = 0;
+  const auto writeVector = [&](std::size_t v, Vector digits) {
+    const Vector zero = _mm256_set1_epi8('0');
+    const Vector backwards = _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0);
+    const Vector shown = _mm256_or_si256(_mm256_permutevar8x32_epi32(digits, backwards), zero);
+    _mm256_storeu_si256(reinterpret_cast<Vector*>(end - kVectorDigits * (v + 1)), shown);
     const auto zeros = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(shown, zero)));
-    if (digits == 0 && ~zeros != 0) {
-      digits = (v + 1) * kVectorDigits - static_cast<std::size_t>(__builtin_ctz(~zeros));
-    }
+    if (~zeros != 0) count = kVectorDigits * (v + 1) - static_cast<std::size_t>(__builtin_ctz(~zeros));
+  };
+#pragma GCC unroll 13
+  for (std::size_t v = 0; v < kVectors; v += 2) {
+    const VectorDigits digits = digitsOf(packed(v));
+    writeVector(v, _mm256_unpacklo_epi16(digits.upper, digits.lower));
+    if (v + 1 < kVectors) writeVector(v + 1, _mm256_unpackhi_epi16(digits.upper, digits.lower));
   }
-  return digits;
+  return count;
 }
 
 template <std::size_t kVectors>
@@ -276,13 +281,18 @@ std::size_t walkFrom(const RowPair* rows, std::uint32_t* counts, std::uint64_t* 
 }
 
 template <std::size_t kVectors>
-void writeAll(const RowPair* rows, const std::uint64_t* packed, std::size_t count, char* texts,
-              std::size_t* digits) {
-  for (std::size_t i = 0; i < count; ++i, texts += kVectors * kVectorDigits) {
-    const Counts counts = unpack(packed[i]);
+char* writeBackwards(const RowPair* rows, const std::uint64_t* packed, std::size_t count,
+                     const char* separator, char* end) {
+  while (count-- > 0) {
+    const Counts counts = unpack(packed[count]);
     Limbs<kVectors> image{};
-    digits[i] = totalOf(counts) <= kMaxCount && image.sum(rows, counts) ? image.write(texts) : 0;
+    if (totalOf(counts) > kMaxCount || !image.sum(rows, counts)) return nullptr;
+    const std::size_t digits = image.write(end);
+    if (digits == 0) return nullptr;
+    end -= digits + kSeparatorSize;
+    __builtin_memcpy(end, separator, kSeparatorSize);
   }
+  return end;
 }
 
 /// The functions for 1, 2, ... vectors, in tables: each number of vectors has its own, which keeps them all
@@ -290,7 +300,7 @@ void writeAll(const RowPair* rows, const std::uint64_t* packed, std::size_t coun
 template <std::size_t... kIndices>
 struct Functions {
   static constexpr decltype(&applyTo<1>) kApply[] = {applyTo<kIndices + 1>...};
-  static constexpr decltype(&writeAll<1>) kWrite[] = {writeAll<kIndices + 1>...};
+  static constexpr decltype(&writeBackwards<1>) kWrite[] = {writeBackwards<kIndices + 1>...};
   static constexpr decltype(&walkFrom<1>) kWalk[] = {walkFrom<kIndices + 1>...};
 };
 template <std::size_t... kIndices>
@@ -314,10 +324,10 @@ std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts
   return AllFunctions::kWalk[vectors - 1](rows, counts, packed, steps);
 }
 
-void write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
-           char* texts, std::size_t* digits) noexcept {
+char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
+            const char* separator, char* end) noexcept {
   assert(vectors >= 1 && vectors <= kMaxVectors);
-  AllFunctions::kWrite[vectors - 1](rows, packed, count, texts, digits);
+  return AllFunctions::kWrite[vectors - 1](rows, packed, count, separator, end);
 }
 
 }  // namespace zelvion::vector_image
@@ -335,7 +345,9 @@ bool apply(const RowPair*, std::size_t, std::uint32_t*, std::uint32_t*) noexcept
 std::size_t walk(const RowPair*, std::size_t, std::uint32_t*, std::uint64_t*, std::size_t) noexcept {
   return 0;
 }
-void write(const RowPair*, std::size_t, const std::uint64_t*, std::size_t, char*, std::size_t*) noexcept {}
+char* write(const RowPair*, std::size_t, const std::uint64_t*, std::size_t, const char*, char*) noexcept {
+  return nullptr;
+}
 
 }  // namespace zelvion::vector_image
 

@@ -11,6 +11,7 @@ namespace zelvion::vector_image {
 constexpr std::size_t kVectorDigits = 32;
 constexpr std::size_t kVectorLimbs = 4;  // limbs of eight digits
 constexpr std::size_t kMaxVectors = 13;
+constexpr std::size_t kSeparatorSize = 2;
 constexpr std::size_t kMaxLimbs = kMaxVectors * kVectorLimbs;
 /// The most digits that a silhouette may have in all: the estimates of the carries are exact up to there.
 constexpr std::uint32_t kMaxCount = kMaxVectors * kVectorDigits;
@@ -37,10 +38,12 @@ bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std:
 std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
                  std::size_t steps) noexcept;
 
-/// Writes the images of `count` silhouettes in words as such: `texts` takes kVectorDigits * `vectors` digits
-/// for each, zeros in front, and `digits` tells how many digits there are behind them; 0 for an image that is
-/// zero or cannot be worked out, for a carry as above or for more digits than kMaxCount in a silhouette.
-void write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
-           char* texts, std::size_t* digits) noexcept;
+/// Writes the images of `count` silhouettes in words as texts in a row that ends at `end`, each behind the
+/// kSeparatorSize characters of `separator`, and returns where the first one begins. The last one is written
+/// first, so that the zeros in front of a text lie where the one before it goes: there has to be room for all
+/// digits of the vectors in each. Returns null where an image is zero or cannot be worked out, for a carry as
+/// above or for more digits than kMaxCount in a silhouette.
+char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
+            const char* separator, char* end) noexcept;
 
 }  // namespace zelvion::vector_image

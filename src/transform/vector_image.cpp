@@ -79,9 +79,8 @@ std::uint32_t totalOf(const Counts& counts) {
 
 // The lanes of `vector` go one place up; the highest of `below` comes in.
 Vector shiftUp(Vector vector, Vector below) {
-  const Vector places = _mm256_setr_epi32(7, 0, 1, 2, 3, 4, 5, 6);
-  return _mm256_blend_epi32(_mm256_permutevar8x32_epi32(vector, places),
-                            _mm256_permutevar8x32_epi32(below, places), 1);
+  const Vector halfBelow = _mm256_permute2x128_si256(below, vector, 0x21);
+  return _mm256_alignr_epi8(vector, halfBelow, 12);
 }
 
 /// The limbs of an image, eight in a vector.
@@ -199,7 +198,7 @@ class DigitCounter {
   }
 
   static Vector bothHalves(Vector v) {
-    return _mm256_add_epi64(v, _mm256_permute4x64_epi64(v, 0b01'00'11'10));
+    return _mm256_add_epi64(v, _mm256_permute2x128_si256(v, v, 0x01));
   }
 
   // Four counts of 16 bits, in four lanes that are still to be added up.

@@ -31,14 +31,13 @@ void endCycleReport(std::string& report, std::size_t begin, std::size_t size) {
   std::string_view smallest = largest;
   std::uint64_t leadOfLargest = leadOf(largest);
   std::uint64_t leadOfSmallest = leadOfLargest;
-  const bool leadsTell = largest.find_first_not_of("0123456789") == std::string_view::npos;
   for (std::size_t end = begin + size; end < list.size();) {
     begin = end + kListSeparator.size();
     end = std::min(list.find(kListSeparator.front(), begin), list.size());
     const std::string_view point = list.substr(begin, end - begin);
     const std::uint64_t lead = leadOf(point);
     // Nearly every point lies between the extreme ones so far, and its lead does, too.
-    if (leadsTell && leadOfSmallest < lead && lead < leadOfLargest) continue;
+    if (leadOfSmallest < lead && lead < leadOfLargest) continue;
     if (isGreater(point, largest)) largest = point;
     if (isGreater(smallest, point)) smallest = point;
     leadOfLargest = leadOf(largest);

@@ -89,7 +89,7 @@ std::string Velmoire::ListeCycle(std::string& ent, const std::int32_t& ord) {
     report.append(kListSeparator).append(orbit.text());
   }
   endCycleReport(report, 1, ent.size());
-  if (ord > 1) ent = orbit.text();
+  ent = orbit.text();
   return report;
 }
 

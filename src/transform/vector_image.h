@@ -40,9 +40,9 @@ std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts
 
 /// Writes the images of `count` silhouettes in words as texts in a row that ends at `end`, each behind the
 /// kSeparatorSize characters of `separator`, and returns where the first one begins. The last one is written
-/// first, so that the zeros in front of a text lie where the one before it goes: there has to be room for all
-/// digits of the vectors in each. Returns null where an image is zero or cannot be worked out, for a carry as
-/// above or for more digits than kMaxCount in a silhouette.
+/// first, so that the zeros in front of a text lie where the one before it goes: there has to be room for the
+/// separator and all digits of the vectors for each. Returns null where an image is zero or cannot be worked
+/// out, for a carry as above or for more digits than kMaxCount in a silhouette; the room is scratch then.
 char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
             const char* separator, char* end) noexcept;
 

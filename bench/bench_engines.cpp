@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "cycles/cycle_finder.h"
-#include "fixedpoints/complete_search.h"
-#include "fixedpoints/multiset_walk.h"
-#include "shell/velmoire.h"
-#include "transform/transformation.h"
+#include "engine/cycles/cycle_finder.h"
+#include "engine/fixedpoints/complete_search.h"
+#include "engine/fixedpoints/multiset_walk.h"
+#include "engine/transform/transformation.h"
+#include "form/velmoire.h"
 
 namespace zelvion {
 namespace {

@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "cycles/cycle_finder.h"
-#include "fixedpoints/complete_search.h"
+#include "engine/cycles/cycle_finder.h"
+#include "engine/fixedpoints/complete_search.h"
+#include "engine/transform/transformation.h"
 #include "measure.h"
 #include "quiet_desktop.h"
-#include "transform/transformation.h"
 
 namespace zelvion::bench {
 namespace {

@@ -8,9 +8,9 @@
 #include <string>
 #include <system_error>
 
-#include "platform/desktop.h"
-#include "platform/files.h"
-#include "shell/velmoire.h"
+#include "files/files.h"
+#include "form/desktop.h"
+#include "form/velmoire.h"
 
 namespace zelvion::bench {
 

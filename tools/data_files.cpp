@@ -1,7 +1,9 @@
 #include "data_files.h"
 
-#include "fixedpoints/complete_search.h"
-#include "shell/velmoire.h"
+#include <algorithm>
+#include <functional>
+
+#include "engine/fixedpoints/complete_search.h"
 
 namespace zelvion {
 namespace {
@@ -15,7 +17,7 @@ std::string silhouettes(int digits) {
   std::string list;
   for (int number = last / 10; number < last; ++number) {
     const std::string text = std::to_string(number);
-    if (Velmoire::Classenbre(text) == text) list += text + ";";
+    if (text.back() > '0' && std::ranges::is_sorted(text, std::greater())) list += text + ";";
   }
   return list + "\n";
 }

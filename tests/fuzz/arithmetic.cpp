@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "scripted_desktop.h"
-#include "shell/velmoire.h"
+#include "form/scripted_desktop.h"
+#include "form/velmoire.h"
 
 namespace {
 

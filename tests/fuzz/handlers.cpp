@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "scripted_desktop.h"
-#include "shell/velmoire.h"
+#include "form/scripted_desktop.h"
+#include "form/velmoire.h"
 
 namespace {
 

@@ -1,0 +1,267 @@
+#include "desktop/form_view.h"
+
+#include <QApplication>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTextDocument>
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <utility>
+
+#include "desktop/caption_button.h"
+#include "desktop/fonts.h"
+#include "desktop/long_text.h"
+#include "desktop/message_box.h"
+#include "desktop/wait_cursor.h"
+
+namespace zelvion {
+namespace {
+
+constexpr QSize kFrame = {8, 40};  // what a window manager may put around a window
+
+int pixels(int twips) {
+  return twips / kTwipsPerPixel;
+}
+
+QString toQString(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// A caption as people say it: in one line, without the mark of its mnemonic.
+QString spoken(QString caption) {
+  caption.replace("\r\n", " ");
+  for (qsizetype i = caption.indexOf('&'); i >= 0; i = caption.indexOf('&', i + 1)) caption.remove(i, 1);
+  return caption;
+}
+
+QColor toQColor(Colour colour) {
+  switch (colour) {
+    case Colour::Yellow:
+      return {255, 255, 0};
+    case Colour::Mauve:
+      return {128, 128, 255};
+    case Colour::Magenta:
+      return {255, 0, 255};
+    case Colour::Red:
+      return {255, 0, 0};
+    case Colour::None:
+      break;
+  }
+  return {};
+}
+
+/// Gives a button its colour, with a text that can be read on it under any theme.
+void setColours(QWidget& button, Colour colour) {
+  QPalette palette = button.palette();
+  palette.setColor(QPalette::Button, toQColor(colour));
+  palette.setColor(QPalette::ButtonText, Qt::black);
+  palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::darkGray);
+  button.setPalette(palette);
+}
+
+/// The text of a writable box to the letter, blanks that do not break included, with CR LF line ends.
+QString typedText(const QPlainTextEdit& box) {
+  QString text = box.document()->toRawText();
+  return text.replace(QChar::ParagraphSeparator, "\r\n").replace(QChar::LineSeparator, "\r\n");
+}
+
+}  // namespace
+
+FormView::FormView(Form& form, QWidget* parent) : QScrollArea(parent), form_(form) {
+  setFrameShape(QFrame::NoFrame);
+  setFocusPolicy(Qt::NoFocus);
+  auto* client = new QWidget;
+  client->setFixedSize(pixels(form.table().width), pixels(form.table().height));
+  // Labels come first, for they lie below all else. Beyond that the order of the table is both the stacking
+  // and the tab order.
+  for (const bool labels : {true, false}) {
+    for (const Control& control : form.table().controls) {
+      const bool isLabel = control.kind == Kind::Label || control.kind == Kind::CentredLabel;
+      if (isLabel == labels) addControl(control, client);
+    }
+  }
+  setWidget(client);
+  setBuddies();
+  push();
+}
+
+void FormView::addControl(const Control& control, QWidget* parent) {
+  QWidget* widget = makeWidget(control, parent);
+  widget->setObjectName(toQString(control.name));
+  widget->setFont(screenFont(control.font));
+  widget->setGeometry(pixels(control.left), pixels(control.top), pixels(control.width),
+                      std::max(1, pixels(control.height)));
+  widget->setAccessibleName(control.accessibleName.empty() ? spoken(toQString(control.caption))
+                                                           : toQString(control.accessibleName));
+}
+
+QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
+  const std::string_view name = control.name;
+  switch (control.kind) {
+    case Kind::TextBox: {
+      auto* box = new QLineEdit(parent);
+      box->setMaxLength(std::numeric_limits<int>::max());
+      connect(box, &QLineEdit::textChanged, this, [this, name] { edited(name); });
+      fields_.push_back(
+          {name, [box](const QString& text) { box->setText(text); }, [box] { return box->text(); }, box});
+      return box;
+    }
+    case Kind::MultilineTextBox: {
+      auto* box = new QPlainTextEdit(parent);
+      box->setLineWrapMode(QPlainTextEdit::NoWrap);
+      box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+      box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+      box->setTabChangesFocus(true);
+      connect(box, &QPlainTextEdit::textChanged, this, [this, name] { edited(name); });
+      fields_.push_back({name, [box](const QString& text) { box->setPlainText(text); },
+                         [box] { return typedText(*box); }, box});
+      return box;
+    }
+    case Kind::RichTextBox: {
+      auto* box = new LongText(parent);
+      fields_.push_back({name, [box](const QString& text) { box->setText(text); }, nullptr, box});
+      return box;
+    }
+    case Kind::Label:
+    case Kind::CentredLabel: {
+      auto* label = new QLabel(toQString(control.caption), parent);
+      label->setTextFormat(Qt::PlainText);
+      label->setWordWrap(true);
+      label->setAlignment(Qt::AlignTop | (control.kind == Kind::Label ? Qt::AlignLeft : Qt::AlignHCenter));
+      if (form_.text(name) != nullptr) {
+        fields_.push_back({name, [label](const QString& text) { label->setText(text); }, nullptr, label});
+      }
+      return label;
+    }
+    case Kind::Rule: {
+      auto* rule = new QFrame(parent);
+      rule->setFrameStyle(QFrame::HLine | QFrame::Plain);
+      return rule;
+    }
+    case Kind::Button:
+      break;
+  }
+  auto* button = new CaptionButton(toQString(control.caption), parent);
+  if (control.graphical) setColours(*button, control.back);
+  button->setEnabled(form_.handles(name));
+  connect(button, &QPushButton::clicked, this, [this, name] { press(name); });
+  return button;
+}
+
+void FormView::setBuddies() {
+  for (const Control& control : form_.table().controls) {
+    if (control.labelOf.empty()) continue;
+    auto* label = widget()->findChild<QLabel*>(toQString(control.name));
+    label->setBuddy(widget()->findChild<QWidget*>(toQString(control.labelOf)));
+  }
+}
+
+void FormView::addMenuTo(QMenuBar& bar) {
+  const FormTable& table = form_.table();
+  QMenu* menu = bar.addMenu(toQString(table.menuCaption));
+  menu->setObjectName(toQString(table.menuName));
+  menu->menuAction()->setObjectName(menu->objectName());
+  for (const MenuItem& item : table.menu) {
+    QAction* action = menu->addAction(toQString(item.caption));
+    action->setObjectName(toQString(item.name));
+    action->setEnabled(form_.handles(item.name));
+    // Later, so that an assistive tool that presses the item has its answer before a box opens.
+    connect(
+        action, &QAction::triggered, this, [this, name = item.name] { press(name); }, Qt::QueuedConnection);
+  }
+}
+
+void FormView::fitWindow(int menuHeight) {
+  QWidget& shell = *window();
+  shell.setObjectName(toQString(form_.table().name));
+  shell.setWindowTitle(windowTitleFor(toQString(form_.table().caption)));
+
+  const QRect available = shell.screen()->availableGeometry();
+  const QSize room = available.size() - kFrame;
+  QSize size = widget()->size() + QSize(0, menuHeight);
+  const int bar = verticalScrollBar()->sizeHint().width();
+  if (size.height() > room.height()) size.rwidth() += bar;
+  if (size.width() > room.width()) size.rheight() += bar;
+  shell.resize(size.boundedTo(room));
+  if (const std::optional<Twips> position = form_.position()) {
+    shell.move(available.topLeft() + QPoint(pixels(position->x), pixels(position->y)));
+  }
+
+  for (const Control& control : form_.table().controls) {
+    auto* first = widget()->findChild<QWidget*>(toQString(control.name));
+    if (first->focusPolicy() == Qt::NoFocus) continue;
+    first->setFocus();
+    break;
+  }
+}
+
+/// Scroll bars are for windows that are really too small: a pixel that rounding or a menu's border took does
+/// no harm.
+void FormView::resizeEvent(QResizeEvent* event) {
+  constexpr int kTolerance = 4;
+  const QSize missing = widget()->size() - size();
+  const bool fits = missing.width() <= kTolerance && missing.height() <= kTolerance;
+  const Qt::ScrollBarPolicy policy = fits ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded;
+  setHorizontalScrollBarPolicy(policy);
+  setVerticalScrollBarPolicy(policy);
+  QScrollArea::resizeEvent(event);
+}
+
+void FormView::push() {
+  for (Field& field : fields_) {
+    const std::string& text = *form_.text(field.name);
+    if (text == field.shown) continue;
+    const QSignalBlocker blocker(field.widget);
+    field.show(toQString(text));
+    field.shown = text;
+    field.edited = false;
+  }
+}
+
+/// Copies what was typed since the last time into the form.
+void FormView::pull() {
+  for (Field& field : fields_) {
+    if (!std::exchange(field.edited, false)) continue;
+    field.shown = field.typed().toStdString();
+    *form_.text(field.name) = field.shown;
+  }
+}
+
+void FormView::press(std::string_view name) {
+  run([this, name] { form_.click(name); });
+}
+
+void FormView::edited(std::string_view name) {
+  std::find_if(fields_.begin(), fields_.end(), [name](const Field& field) {
+    return field.name == name;
+  })->edited = true;
+  run([this, name] { form_.change(name); });
+}
+
+/// Runs a handler, unless one is running or another window has the user's attention: assistive tools can
+/// press buttons that the mouse cannot reach.
+void FormView::run(const std::function<void()>& handler) {
+  const QWidget* modal = QApplication::activeModalWidget();
+  if (running_ || (modal && modal != window())) return;
+  const QScopedValueRollback<bool> running(running_, true);
+  try {
+    pull();
+    {
+      const WaitCursor cursor;
+      handler();
+    }
+    push();
+  } catch (const std::bad_alloc&) {
+    MessageBox("La mémoire ne suffit pas pour afficher ce texte.", Buttons::Ok, "zelvion", window()).ask();
+  }
+}
+
+}  // namespace zelvion

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QScrollArea>
+#include <QString>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "form/form.h"
+
+class QMenuBar;
+
+namespace zelvion {
+
+/// The client area of a window, drawn from the table of its form: the controls at their fixed places, with
+/// scroll bars where the window is smaller. It copies texts between form and screen and runs the handlers.
+/// Every widget has the name of its control as its object name.
+class FormView : public QScrollArea {
+  Q_OBJECT
+
+ public:
+  /// Draws `form`, which must outlive the view, with its present texts.
+  FormView(Form& form, QWidget* parent);
+
+  Form& form() const { return form_; }
+  /// Fills a menu bar with the form's menu.
+  void addMenuTo(QMenuBar& bar);
+  /// Sizes the window around this view, as far as the screen has room, places it, and names it after the
+  /// form. `menuHeight` is what the window needs above the view.
+  void fitWindow(int menuHeight);
+  /// Copies the form's texts to the screen.
+  void push();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  /// A control whose text lives in the form.
+  struct Field {
+    std::string_view name;
+    std::function<void(const QString&)> show;
+    std::function<QString()> typed;  ///< null for a control that nobody types in
+    QWidget* widget;
+    std::string shown = {};  ///< the text when the screen and the form were last the same
+    bool edited = false;     ///< since then
+  };
+
+  void addControl(const Control& control, QWidget* parent);
+  QWidget* makeWidget(const Control& control, QWidget* parent);
+  void setBuddies();
+  void press(std::string_view name);
+  void edited(std::string_view name);
+  void run(const std::function<void()>& handler);
+  void pull();
+
+  Form& form_;
+  std::vector<Field> fields_;
+  bool running_ = false;
+};
+
+}  // namespace zelvion

@@ -1,0 +1,113 @@
+#include "desktop/message_box.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "desktop/long_text.h"
+
+namespace zelvion {
+namespace {
+
+constexpr int kLongestTitle = 250;     // characters that a title bar surely takes
+constexpr int kTitleBarButtons = 180;  // their width and that of the frame
+constexpr int kLargestTitleFont = 14;  // pixels; where the desktop tells none, the toolkit's guess is larger
+constexpr int kNarrowest = 240;
+constexpr int kComfortable = 640;            // where lines are still easy to read
+constexpr QSize kFrameAndBorder = {24, 64};  // what a box leaves free of the screen
+
+/// A title as one line that any title bar takes.
+QString shortTitle(QString title) {
+  title.replace("\r\n", " ").replace('\n', ' ').replace('\r', ' ');
+  if (title.size() <= kLongestTitle) return title;
+  const int length = title[kLongestTitle - 1].isHighSurrogate() ? kLongestTitle - 1 : kLongestTitle;
+  return title.left(length) + u'…';
+}
+
+LongText* addText(QVBoxLayout* layout, const QString& text, const QString& accessibleName, bool bold) {
+  auto* view = new LongText;
+  view->setFrameShape(QFrame::NoFrame);
+  QPalette palette = view->palette();
+  palette.setBrush(QPalette::Base, palette.window());
+  palette.setBrush(QPalette::Text, palette.windowText());
+  view->setPalette(palette);
+  QFont font = view->font();
+  font.setBold(bold);
+  view->setFont(font);
+  view->setAccessibleName(accessibleName);
+  view->setText(text);
+  layout->addWidget(view);
+  return view;
+}
+
+}  // namespace
+
+QString windowTitleFor(QString title) {
+  return title.replace("[*]", "[*][*]");
+}
+
+MessageBox::MessageBox(const QString& prompt, Buttons buttons, const QString& title, QWidget* parent)
+    : QDialog(parent), buttons_(buttons) {
+  setWindowTitle(windowTitleFor(shortTitle(title)));
+  setAccessibleName(title);
+  setWindowModality(Qt::ApplicationModal);
+  auto* layout = new QVBoxLayout(this);
+  title_ = addText(layout, title, "Titre", true);
+  text_ = addText(layout, prompt, "Message", false);
+  layout->setStretchFactor(text_, 1);
+  addButtons();
+  fit(title);
+}
+
+void MessageBox::addButtons() {
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  const auto add = [&](const QString& caption, int result) {
+    auto* button = new QPushButton(caption, this);
+    connect(button, &QPushButton::clicked, this, [this, result] { done(result); });
+    row->addWidget(button);
+    return button;
+  };
+  QPushButton* first = add(buttons_ == Buttons::Ok ? "OK" : "Oui", Accepted);
+  if (buttons_ == Buttons::YesNo) add("Non", Rejected);
+  first->setDefault(true);
+  first->setFocus();
+  row->addStretch();
+  static_cast<QVBoxLayout*>(layout())->addLayout(row);
+}
+
+/// Sizes the box for its title and its text, within the screen.
+void MessageBox::fit(const QString& title) {
+  const QSize largest = screen()->availableSize() - kFrameAndBorder;
+  const int margins = layout()->contentsMargins().left() + layout()->contentsMargins().right();
+  QFont barFont = QFontDatabase::systemFont(QFontDatabase::TitleFont);
+  barFont.setBold(true);
+  if (QFontInfo(barFont).pixelSize() > kLargestTitleFont) barFont.setPixelSize(kLargestTitleFont);
+  const QString barTitle = shortTitle(title);
+  const int bar = QFontMetrics(barFont).horizontalAdvance(barTitle) + kTitleBarButtons;
+  const bool titleFits = barTitle == title && bar <= largest.width();
+  title_->setVisible(!titleFits);
+
+  const int comfortable = std::min(kComfortable, largest.width());
+  const int wanted = std::max(
+      {kNarrowest, titleFits ? bar : comfortable, text_->sizeFor(comfortable - margins).width() + margins});
+  const int width = std::min(wanted, largest.width());
+  if (!titleFits)
+    title_->setFixedHeight(std::min(title_->sizeFor(width - margins).height(), largest.height() / 4));
+  text_->setMinimumHeight(fontMetrics().lineSpacing() + 2 * text_->frameWidth());
+  const int height = layout()->totalMinimumSize().height() - text_->minimumHeight() +
+                     text_->sizeFor(width - margins).height();
+  resize(width, std::min(height, largest.height()));
+}
+
+Answer MessageBox::ask() {
+  const bool accepted = exec() == Accepted;
+  if (buttons_ == Buttons::Ok) return Answer::Ok;
+  return accepted ? Answer::Yes : Answer::No;
+}
+
+}  // namespace zelvion

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+#include "form/desktop.h"
+
+namespace zelvion {
+
+class LongText;
+
+/// A modal box with a text of any length and the buttons "OK", or "Oui" and "Non". It never outgrows the
+/// screen; a title that does not fit the title bar stands above the text too.
+class MessageBox : public QDialog {
+  Q_OBJECT
+
+ public:
+  MessageBox(const QString& prompt, Buttons buttons, const QString& title, QWidget* parent);
+
+  /// Opens the box and returns what the user chose; closing it means Ok, or No to a question.
+  Answer ask();
+
+ private:
+  void addButtons();
+  void fit(const QString& title);
+
+  Buttons buttons_;
+  LongText* text_;
+  LongText* title_;  ///< seen only where the title bar does not hold the title
+};
+
+/// What to give to QWidget::setWindowTitle, which reads "[*]" as a mark, so that `title` shows to the letter.
+QString windowTitleFor(QString title);
+
+}  // namespace zelvion

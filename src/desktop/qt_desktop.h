@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+#include "form/desktop.h"
+
+namespace zelvion {
+
+class FormView;
+
+/// The desktop in front of the user. There is a QApplication as long as it lives.
+class QtDesktop : public Desktop {
+ public:
+  QtDesktop();
+  ~QtDesktop() override;
+
+  /// Opens the main window with `form`, which must outlive the window, and returns at once.
+  void show(Form& form);
+  /// Opens the main window with `form`, and returns the program's exit code when it has been closed.
+  int run(Form& form);
+
+  Answer message(std::string_view prompt, Buttons buttons, const std::string& title) override;
+  Moment now() override;
+  std::string pathOf(const std::string& name) override;
+  void append(const std::string& name, const std::string& text) override;
+  std::string read(const std::string& name) override;
+  void openPage(const std::string& address) override;
+  Twips screen() override;
+  void showModal(Form& form) override;
+  void unload(Form& form) override;
+
+ private:
+  void pushAll();
+  QWidget* topWindow() const;
+  void reportFailedPages();
+
+  std::unique_ptr<QMainWindow> mainWindow_;
+  std::vector<FormView*> views_;  ///< of the open forms, the topmost last
+  bool boxOpen_ = false;
+  QStringList failedPages_;  ///< that the user has not been told of
+  QObject lifetime_;         ///< ends the connections that use this desktop
+};
+
+}  // namespace zelvion

@@ -1,0 +1,98 @@
+#include "engine/cycles/cycle_finder.h"
+
+#include <algorithm>
+
+namespace zelvion {
+
+CycleFinder::CycleFinder(DigitPower& power, const std::string& start) : power_(power), orbit_(power, start) {
+  history_.push(silhouetteOf(start));
+}
+
+std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
+  while (!cycle_ && step_ < last) {
+    if (!orbit_.isNumber()) {
+      advanceText();
+      continue;
+    }
+    // Looking back takes a nanosecond for some ten steps, a step some ten nanoseconds and more: looking
+    // whenever there is an eighth more to look at costs little, and so do the steps behind the return, which
+    // repeat what was worked out before.
+    constexpr std::int32_t kFewSteps = 64;
+    advanceTo(std::min(last, step_ + std::max(kFewSteps, step_ / 8)));
+    lookForReturn();
+  }
+  if (!cycle_ || cycle_->step > last) return std::nullopt;
+  step_ = cycle_->step;
+  return cycle_;
+}
+
+// Iterates that are no numbers are the empty text at most once, and then zeros.
+void CycleFinder::advanceText() {
+  const std::string previous = orbit_.text();
+  orbit_.advance();
+  ++step_;
+  if (orbit_.isNumber()) {
+    history_.push(orbit_.silhouette());
+  } else if (step_ > 1 && orbit_.text() == previous) {
+    cycle_ = {step_, step_ - 1};
+  }
+}
+
+void CycleFinder::advanceTo(std::int32_t step) {
+  while (step_ < step) {
+    auto room = history_.room();
+    room = room.first(std::min(room.size(), static_cast<std::size_t>(step - step_)));
+    if (const std::size_t count = orbit_.walk(room); count > 0) {
+      history_.push(count);
+      step_ += static_cast<std::int32_t>(count);
+    } else {
+      orbit_.advance();
+      history_.push(orbit_.silhouette());
+      ++step_;
+    }
+  }
+}
+
+void CycleFinder::lookForReturn() {
+  const auto step = static_cast<std::size_t>(step_);
+  const std::size_t before = history_.latestEqual(step);
+  if (before == 0) return;
+  const std::size_t order = step - before;
+  std::size_t first = 1;
+  for (std::size_t end = before; first < end;) {
+    const std::size_t middle = (first + end) / 2;
+    if (history_.areEqual(middle, middle + order)) {
+      end = middle;
+    } else {
+      first = middle + 1;
+    }
+  }
+  if (iterate(first) != iterate(first + order)) ++first;
+  cycle_ = {static_cast<std::int32_t>(first + order), static_cast<std::int32_t>(first)};
+}
+
+// The iterate of a step, from the silhouette before it.
+Decimal CycleFinder::iterate(std::size_t step) const {
+  return power_.transformation()->image(history_.at(step - 1));
+}
+
+// A point is the image of the one before it. What is no number is a zero text: a fixed point, without others.
+void CycleFinder::appendFurtherPoints(const Cycle& cycle, std::string& list) const {
+  if (!orbit_.isNumber()) return;
+  const auto end = static_cast<std::size_t>(cycle.step - 1);
+  for (auto step = static_cast<std::size_t>(cycle.first); step < end;) {
+    if (const auto silhouettes = history_.packedFrom(step, end - step); !silhouettes.empty()) {
+      power_.transformation()->appendImages(silhouettes, list);
+      step += silhouettes.size();
+    } else {
+      list.append(kListSeparator).append(power_.transformation()->image(history_.at(step)).text());
+      ++step;
+    }
+  }
+}
+
+std::string CycleFinder::current() const {
+  return orbit_.isNumber() && step_ > 0 ? iterate(static_cast<std::size_t>(step_)).text() : orbit_.text();
+}
+
+}  // namespace zelvion

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/arith/decimal.h"
+#include "engine/transform/vector_image.h"
+
+namespace zelvion {
+
+/// How many digits 1, 2, ... 9 a number has: counts[0] is for the digit 1, counts[8] for the digit 9.
+struct Silhouette {
+  std::array<std::uint32_t, 9> counts{};
+
+  friend bool operator==(const Silhouette&, const Silhouette&) = default;
+};
+
+/// A silhouette in one word: nine counts of at most 127 in seven bits each, that of the digit 1 lowest. Two
+/// silhouettes that fit a word are equal where their words are.
+using PackedSilhouette = std::uint64_t;
+/// The word, or nothing if a count is above 127.
+std::optional<PackedSilhouette> packed(const Silhouette& silhouette);
+Silhouette unpacked(PackedSilhouette word);
+
+/// The silhouette of the number.
+Silhouette silhouetteOf(const Decimal& number);
+/// The silhouette of a text of digits; other characters are passed over.
+Silhouette silhouetteOf(std::string_view digits);
+
+/// What stands between the numbers of a list.
+inline constexpr std::string_view kListSeparator = ", ";
+
+/// The digit-power transformation T for one power k: a number goes to the sum of the k-th powers of its
+/// digits. T depends on the silhouette alone, so an image is nine products of a count by a power that is
+/// kept.
+class Transformation {
+ public:
+  /// An image with more digits than this is refused.
+  static constexpr std::size_t kMaxImageDigits = 1'000'000;
+  /// The most digits that a silhouette may have in all.
+  static constexpr std::uint32_t kMaxCount = 1'000'000;
+
+  /// Works out the powers of the nine digits that are short enough to be of use. `k` is at least 1.
+  explicit Transformation(std::int32_t k);
+
+  /// Puts the image of every number with this silhouette into `image` and returns the silhouette of the
+  /// image. Throws std::length_error, with a French sentence that tells the length of the image, if it would
+  /// have more than kMaxImageDigits digits.
+  Silhouette apply(const Silhouette& silhouette, Decimal& image);
+  Decimal image(const Silhouette& silhouette);
+  /// Appends the texts of the images of many silhouettes to `list`, kListSeparator before each. Throws as
+  /// `apply`.
+  void appendImages(std::span<const PackedSilhouette> silhouettes, std::string& list);
+  /// Goes from `silhouette` to the silhouettes of the images that follow, which go into `silhouettes`; the
+  /// last one goes into `silhouette`, too. Returns how many steps were taken: all of them as a rule, fewer or
+  /// none where an image is long or a count does not fit, which takes an `apply`.
+  std::size_t walk(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
+
+  std::int32_t k() const noexcept { return k_; }
+  /// The k-th power of `digit`, 1 to 9, which must not be longer than kMaxImageDigits.
+  Decimal power(int digit) const;
+
+ private:
+  [[noreturn]] void refuse(std::size_t digits) const;
+  void makeVectorRows(const Decimal& greatestPower);
+  bool inVectors(const Silhouette& silhouette) const;
+  std::size_t vectors() const;
+
+  std::int32_t k_;
+  int greatestDigit_ = 9;  ///< the powers of the digits above it are too long
+  std::size_t stride_ = 0;
+  std::vector<std::uint32_t> rows_;                ///< nine rows of stride_ limbs, of the digits 1 to 9
+  std::vector<vector_image::RowPair> vectorRows_;  ///< the same in limbs of four digits; empty if too long
+  std::vector<std::uint64_t> sums_;
+  std::vector<std::uint32_t> scratch_;
+  std::vector<std::uint32_t> limbs_;
+};
+
+}  // namespace zelvion

@@ -1,0 +1,353 @@
+// Compiled for AVX2 where the processor may have it, and called only where it has. Nothing of the standard
+// library's is used in here but types: a function of it that the compiler does not inline would be shared
+// with the rest of the program.
+#include "engine/transform/vector_image.h"
+
+#if defined(ZELVION_AVX2)
+
+#include <immintrin.h>
+
+#include <cassert>
+#include <utility>
+
+#include "engine/arith/vector_digits.h"
+
+namespace zelvion::vector_image {
+namespace {
+
+using Vector = __m256i;
+
+constexpr int kLimbBase = 10'000;
+
+// A call would take the vectors out of their registers.
+#define ZELVION_INLINE [[gnu::always_inline]] inline
+
+/// A silhouette in vectors.
+struct Counts {
+  Vector low;   ///< the counts of the digits 1 to 8 in 16 bits each, twice
+  Vector nine;  ///< the count of the digit 9 in 32 bits, eight times
+};
+
+Counts load(const std::uint32_t* counts) {
+  // Read in halves: the caller has copied the silhouette so, and a load of 32 bytes right behind two stores
+  // of 16 would wait until these have reached the cache.
+  const auto* halves = reinterpret_cast<const __m128i*>(counts);
+  const __m128i low = _mm_packus_epi32(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
+  return {_mm256_broadcastsi128_si256(low), _mm256_set1_epi32(static_cast<int>(counts[8]))};
+}
+
+void store(const Counts& from, std::uint32_t* counts) {
+  _mm256_storeu_si256(reinterpret_cast<Vector*>(counts),
+                      _mm256_cvtepu16_epi32(_mm256_castsi256_si128(from.low)));
+  counts[8] = static_cast<std::uint32_t>(_mm256_extract_epi32(from.nine, 0));
+}
+
+bool fitsWord(const Counts& counts) {
+  const Vector tooMuch = _mm256_set1_epi16(~127);
+  return _mm256_testz_si256(_mm256_or_si256(counts.low, counts.nine), tooMuch) != 0;
+}
+
+// Nine fields of seven bits: counts are joined in pairs twice over.
+std::uint64_t pack(const Counts& counts) {
+  const __m128i low = _mm256_castsi256_si128(counts.low);
+  const __m128i bytes = _mm_packus_epi16(low, low);
+  const __m128i pairs = _mm_maddubs_epi16(_mm_set1_epi16(static_cast<short>(1 | 128 << 8)), bytes);
+  const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(1 | 1 << 30));
+  const auto word = static_cast<std::uint64_t>(_mm_cvtsi128_si64(fours));
+  const auto nine = static_cast<std::uint64_t>(_mm256_extract_epi32(counts.nine, 0));
+  return (word & 0xFFFFFFFF) | word >> 32 << 28 | nine << 56;
+}
+
+Counts unpack(std::uint64_t packed) {
+  const Vector words = _mm256_set1_epi64x(static_cast<long long>(packed));
+  const Vector field = _mm256_set1_epi64x(127);
+  const Vector a = _mm256_and_si256(_mm256_srlv_epi64(words, _mm256_setr_epi64x(0, 7, 28, 35)), field);
+  const Vector b = _mm256_and_si256(_mm256_srlv_epi64(words, _mm256_setr_epi64x(14, 21, 42, 49)), field);
+  const Vector joined = _mm256_packus_epi32(a, b);
+  return {_mm256_permute4x64_epi64(_mm256_packus_epi32(joined, joined), 0b10'00'10'00),
+          _mm256_set1_epi32(static_cast<int>(packed >> 56))};
+}
+
+// Of counts of at most 255.
+std::uint32_t totalOf(const Counts& counts) {
+  const __m128i low = _mm256_castsi256_si128(counts.low);
+  const __m128i halves = _mm_sad_epu8(low, _mm_setzero_si128());
+  const __m128i sum = _mm_add_epi32(_mm_add_epi32(halves, _mm_unpackhi_epi64(halves, halves)),
+                                    _mm256_castsi256_si128(counts.nine));
+  return static_cast<std::uint32_t>(_mm_cvtsi128_si32(sum));
+}
+
+// The lanes of `vector` go one place up; the highest of `below` comes in.
+Vector shiftUp(Vector vector, Vector below) {
+  const Vector halfBelow = _mm256_permute2x128_si256(below, vector, 0x21);
+  return _mm256_alignr_epi8(vector, halfBelow, 12);
+}
+
+/// The limbs of an image, eight in a vector.
+template <std::size_t kVectors>
+struct Limbs {
+  Vector of[kVectors];
+
+  /// The sums of the products of counts and powers, with their carries handed on twice. Returns false where a
+  /// limb of 9,999 is handed one the second time, which would have to be handed on once more.
+  ZELVION_INLINE bool sum(const RowPair* rows, const Counts& counts) {
+    const Vector pairs[kPairs] = {
+        _mm256_shuffle_epi32(counts.low, 0x00), _mm256_shuffle_epi32(counts.low, 0x55),
+        _mm256_shuffle_epi32(counts.low, 0xAA), _mm256_shuffle_epi32(counts.low, 0xFF), counts.nine};
+    const Vector base = _mm256_set1_epi32(kLimbBase);
+    Vector below = _mm256_setzero_si256();
+#pragma GCC unroll 13
+    for (std::size_t v = 0; v < kVectors; ++v) {
+      Vector products[kPairs];
+#pragma GCC unroll 5
+      for (std::size_t p = 0; p < kPairs; ++p) {
+        const auto* row = reinterpret_cast<const Vector*>(rows[kPairs * v + p].limbs);
+        products[p] = _mm256_madd_epi16(pairs[p], _mm256_load_si256(row));
+      }
+      const Vector sum = _mm256_add_epi32(_mm256_add_epi32(_mm256_add_epi32(products[0], products[1]),
+                                                           _mm256_add_epi32(products[2], products[3])),
+                                          products[4]);
+      static_assert(kMaxCount * (kLimbBase - 1) < 1 << 23, "a float holds a sum exactly");
+      // A sum s is at most 416 * 9,999. (s + 1/2) / 10,000 is no nearer to a whole number than 1/20,000, and
+      // all roundings together are less than 1/37,000, so that the quotient is exact.
+      const Vector quotient = _mm256_cvttps_epi32(
+          _mm256_fmadd_ps(_mm256_cvtepi32_ps(sum), _mm256_set1_ps(1e-4F), _mm256_set1_ps(0.5e-4F)));
+      of[v] = _mm256_add_epi32(_mm256_sub_epi32(sum, _mm256_madd_epi16(quotient, base)),
+                               shiftUp(quotient, below));
+      below = quotient;
+    }
+    const Vector greatest = _mm256_set1_epi32(kLimbBase - 1);
+    below = _mm256_setzero_si256();
+    Vector over = _mm256_setzero_si256();
+#pragma GCC unroll 13
+    for (std::size_t v = 0; v < kVectors; ++v) {
+      const Vector carry = _mm256_cmpgt_epi32(of[v], greatest);  // -1 or 0
+      of[v] = _mm256_sub_epi32(_mm256_sub_epi32(of[v], _mm256_and_si256(carry, base)), shiftUp(carry, below));
+      over = _mm256_or_si256(over, _mm256_cmpgt_epi32(of[v], greatest));
+      below = carry;
+    }
+    return _mm256_testz_si256(over, over) != 0;
+  }
+
+  /// The limbs of the vectors v and v + 1, zeros where there is none, in 16 bits each: the lower four of
+  /// each, then the higher four.
+  Vector packed(std::size_t v) const {
+    return _mm256_packus_epi32(of[v], v + 1 < kVectors ? of[v + 1] : _mm256_setzero_si256());
+  }
+
+  void store(std::uint32_t* limbs) const {
+#pragma GCC unroll 13
+    for (std::size_t v = 0; v < kVectors; v += 2) {
+      const Vector inOrder = _mm256_permute4x64_epi64(packed(v), 0b11'01'10'00);
+      const Vector joined = _mm256_madd_epi16(inOrder, _mm256_set1_epi32(1 | kLimbBase << 16));
+      if (v + 1 < kVectors) {
+        _mm256_storeu_si256(reinterpret_cast<Vector*>(limbs + kVectorLimbs * v), joined);
+      } else {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(limbs + kVectorLimbs * v),
+                         _mm256_castsi256_si128(joined));
+      }
+    }
+  }
+
+  ZELVION_INLINE Counts count() const;
+  /// Writes all the digits, the highest first, up to `end`, and returns how many there are without zeros in
+  /// front.
+  ZELVION_INLINE std::size_t write(char* end) const;
+};
+
+/// What each digit adds to the counters of the digits 1 and 2, 3 and 4, ... and 9: 1 for the first of a pair,
+/// 16 for the second. Each half of a vector has the whole table.
+struct Ones {
+  alignas(32) std::int8_t bytes[kPairs][32];
+};
+constexpr Ones kOnes = [] {
+  Ones ones{};
+  for (int digit = 1; digit <= 9; ++digit) {
+    for (const int half : {0, 16}) ones.bytes[(digit - 1) / 2][half + digit] = digit % 2 == 1 ? 1 : 16;
+  }
+  return ones;
+}();
+
+/// Counts digits that stand in bytes. Each byte of a vector here counts two digits, in four bits each, of
+/// what stood in its place: as many vectors of digits as that holds may be added.
+class DigitCounter {
+  static_assert(kMaxVectors <= 15, "four bits count the vectors");
+
+ public:
+  void add(Vector digits) {
+#pragma GCC unroll 5
+    for (std::size_t p = 0; p < kPairs; ++p) {
+      const Vector ones =
+          _mm256_shuffle_epi8(_mm256_load_si256(reinterpret_cast<const Vector*>(kOnes.bytes[p])), digits);
+      byPlace_[p] = _mm256_add_epi8(byPlace_[p], ones);
+    }
+  }
+
+  Counts sum() const {
+    const Vector low = _mm256_unpacklo_epi64(fours(0), fours(2));
+    const Vector high = _mm256_unpackhi_epi64(fours(0), fours(2));
+    const Vector nines = bothHalves(sumOf(byPlace_[4]));
+    return {bothHalves(_mm256_add_epi64(low, high)),
+            _mm256_add_epi32(_mm256_shuffle_epi32(nines, 0x00), _mm256_shuffle_epi32(nines, 0xAA))};
+  }
+
+ private:
+  // The sums of the bytes' lower halves, in four lanes of 64 bits.
+  static Vector sumOf(Vector bytes) {
+    return _mm256_sad_epu8(_mm256_and_si256(bytes, _mm256_set1_epi8(15)), _mm256_setzero_si256());
+  }
+
+  static Vector bothHalves(Vector v) {
+    return _mm256_add_epi64(v, _mm256_permute2x128_si256(v, v, 0x01));
+  }
+
+  // Four counts of 16 bits, in four lanes that are still to be added up.
+  Vector fours(std::size_t p) const {
+    const auto upper = [](Vector bytes) { return sumOf(_mm256_srli_epi16(bytes, 4)); };
+    return _mm256_or_si256(_mm256_or_si256(sumOf(byPlace_[p]), _mm256_slli_epi64(upper(byPlace_[p]), 16)),
+                           _mm256_or_si256(_mm256_slli_epi64(sumOf(byPlace_[p + 1]), 32),
+                                           _mm256_slli_epi64(upper(byPlace_[p + 1]), 48)));
+  }
+
+  Vector byPlace_[kPairs] = {};
+};
+
+// The digits of limbs in 32 bits each, those of a limb in its place.
+Vector digitsOfWide(Vector limbs) {
+  const VectorDigits digits = digitsOf(limbs);
+  return _mm256_or_si256(digits.upper, _mm256_slli_epi32(digits.lower, 16));
+}
+
+template <std::size_t kVectors>
+ZELVION_INLINE Counts Limbs<kVectors>::count() const {
+  DigitCounter counter;
+#pragma GCC unroll 13
+  for (std::size_t v = 0; v < kVectors; v += 2) {
+    if (v + 1 < kVectors) {
+      const VectorDigits digits = digitsOf(packed(v));
+      counter.add(digits.upper);
+      counter.add(digits.lower);
+    } else {
+      counter.add(digitsOfWide(of[v]));
+    }
+  }
+  return counter.sum();
+}
+
+template <std::size_t kVectors>
+ZELVION_INLINE std::size_t Limbs<kVectors>::write(char* end) const {
+  std::size_t count = 0;
+  const auto writeVector = [&](std::size_t v, Vector digits) {
+    const Vector zero = _mm256_set1_epi8('0');
+    const Vector backwards = _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0);
+    const Vector shown = _mm256_or_si256(_mm256_permutevar8x32_epi32(digits, backwards), zero);
+    _mm256_storeu_si256(reinterpret_cast<Vector*>(end - kVectorDigits * (v + 1)), shown);
+    const auto zeros = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(shown, zero)));
+    if (~zeros != 0) count = kVectorDigits * (v + 1) - static_cast<std::size_t>(__builtin_ctz(~zeros));
+  };
+#pragma GCC unroll 13
+  for (std::size_t v = 0; v < kVectors; v += 2) {
+    const VectorDigits digits = digitsOf(packed(v));
+    writeVector(v, _mm256_unpacklo_epi16(digits.upper, digits.lower));
+    if (v + 1 < kVectors) writeVector(v + 1, _mm256_unpackhi_epi16(digits.upper, digits.lower));
+  }
+  return count;
+}
+
+template <std::size_t kVectors>
+bool applyTo(const RowPair* rows, std::uint32_t* counts, std::uint32_t* limbs) {
+  Limbs<kVectors> image{};
+  if (!image.sum(rows, load(counts))) return false;
+  image.store(limbs);
+  store(image.count(), counts);
+  return true;
+}
+
+template <std::size_t kVectors>
+std::size_t walkFrom(const RowPair* rows, std::uint32_t* counts, std::uint64_t* packed, std::size_t steps) {
+  Counts current = load(counts);
+  std::size_t done = 0;
+  for (; done < steps; ++done) {
+    Limbs<kVectors> image{};
+    if (!image.sum(rows, current)) break;
+    const Counts next = image.count();
+    if (!fitsWord(next)) break;
+    packed[done] = pack(next);
+    current = next;
+  }
+  store(current, counts);
+  return done;
+}
+
+template <std::size_t kVectors>
+char* writeBackwards(const RowPair* rows, const std::uint64_t* packed, std::size_t count,
+                     const char* separator, char* end) {
+  while (count-- > 0) {
+    const Counts counts = unpack(packed[count]);
+    Limbs<kVectors> image{};
+    if (totalOf(counts) > kMaxCount || !image.sum(rows, counts)) return nullptr;
+    const std::size_t digits = image.write(end);
+    if (digits == 0) return nullptr;
+    end -= digits + kSeparatorSize;
+    __builtin_memcpy(end, separator, kSeparatorSize);
+  }
+  return end;
+}
+
+/// The functions for 1, 2, ... vectors, in tables: each number of vectors has its own, which keeps them all
+/// in registers as far as they go.
+template <std::size_t... kIndices>
+struct Functions {
+  static constexpr decltype(&applyTo<1>) kApply[] = {applyTo<kIndices + 1>...};
+  static constexpr decltype(&writeBackwards<1>) kWrite[] = {writeBackwards<kIndices + 1>...};
+  static constexpr decltype(&walkFrom<1>) kWalk[] = {walkFrom<kIndices + 1>...};
+};
+template <std::size_t... kIndices>
+Functions<kIndices...> functionsFor(std::index_sequence<kIndices...>);
+using AllFunctions = decltype(functionsFor(std::make_index_sequence<kMaxVectors>()));
+
+}  // namespace
+
+bool isSupported() noexcept {
+  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
+}
+
+bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint32_t* limbs) noexcept {
+  assert(vectors >= 1 && vectors <= kMaxVectors);
+  return AllFunctions::kApply[vectors - 1](rows, counts, limbs);
+}
+
+std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
+                 std::size_t steps) noexcept {
+  assert(vectors >= 1 && vectors <= kMaxVectors);
+  return AllFunctions::kWalk[vectors - 1](rows, counts, packed, steps);
+}
+
+char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
+            const char* separator, char* end) noexcept {
+  assert(vectors >= 1 && vectors <= kMaxVectors);
+  return AllFunctions::kWrite[vectors - 1](rows, packed, count, separator, end);
+}
+
+}  // namespace zelvion::vector_image
+
+#else
+
+namespace zelvion::vector_image {
+
+bool isSupported() noexcept {
+  return false;
+}
+bool apply(const RowPair*, std::size_t, std::uint32_t*, std::uint32_t*) noexcept {
+  return false;
+}
+std::size_t walk(const RowPair*, std::size_t, std::uint32_t*, std::uint64_t*, std::size_t) noexcept {
+  return 0;
+}
+char* write(const RowPair*, std::size_t, const std::uint64_t*, std::size_t, const char*, char*) noexcept {
+  return nullptr;
+}
+
+}  // namespace zelvion::vector_image
+
+#endif

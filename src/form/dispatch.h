@@ -1,0 +1,34 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "form/desktop.h"
+
+namespace zelvion {
+
+/// The handler of a press on a control.
+template <typename F>
+struct Handler {
+  std::string_view control;
+  void (F::*run)();
+};
+
+/// The handler of `name`, or null.
+template <typename F, std::size_t N>
+const Handler<F>* findHandler(const std::array<Handler<F>, N>& handlers, std::string_view name) {
+  const auto found =
+      std::find_if(handlers.begin(), handlers.end(), [&](const auto& h) { return h.control == name; });
+  return found == handlers.end() ? nullptr : &*found;
+}
+
+/// Tells what stopped a handler: to be called where its exception was caught. It never throws.
+void reportFailure(Desktop& desktop, const std::string& title) noexcept;
+
+/// Why the system refused something, as a French clause.
+std::string reasonOf(const std::error_code& error);
+
+}  // namespace zelvion

@@ -1,9 +1,0 @@
-#include "shell/site.h"
-
-namespace zelvion {
-
-std::string addressOf(std::string_view page) {
-  return std::string(ZELVION_SITE).append(page);
-}
-
-}  // namespace zelvion

@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "data_files.h"
+#include "engine/fixedpoints/complete_search.h"
+#include "engine/text/utf8.h"
+#include "engine/transform/transformation.h"
+#include "form/catalogue_rows.h"
+#include "form/velmoire.h"
+
+namespace zelvion {
+namespace {
+
+std::string committed(const std::string& name) {
+  std::ifstream file(std::string(ZELVION_DATA) + "/" + name, std::ios::binary);
+  std::ostringstream content;
+  content << file.rdbuf();
+  EXPECT_TRUE(file) << name;
+  return content.str();
+}
+
+std::vector<std::string> numbersIn(const std::string& text) {
+  static const std::regex kNumber("[0-9]+");
+  return {std::sregex_token_iterator(text.begin(), text.end(), kNumber), std::sregex_token_iterator()};
+}
+
+std::vector<std::string> narcissistic(int order) {
+  std::vector<std::string> numbers;
+  for (const Decimal& number : narcissisticNumbers(order)) numbers.push_back(number.text());
+  return numbers;
+}
+
+TEST(DataFiles, AreWhatTheEnginesWrite) {
+  for (const auto& [name, content] : dataFiles()) EXPECT_EQ(committed(name), content) << name;
+}
+
+TEST(DataFiles, AreReadAsOnePutsThemBesideEachOther) {
+  std::map<int, std::vector<std::string>> listed;
+  std::size_t total = 0;
+  for (const std::string name : {"amstrong.txt", "amstrong2.txt", "amstrong3.txt"}) {
+    std::vector<std::string> lines = text::linesOf(committed(name));
+    int order = 0;
+    for (std::size_t i = 2; i < lines.size(); ++i) {
+      const std::size_t colon = lines[i].find(" : ");
+      if (colon != std::string::npos) order = std::stoi(numbersIn(lines[i].substr(0, colon)).front());
+      for (const std::string& number : numbersIn(lines[i].substr(colon == std::string::npos ? 0 : colon))) {
+        listed[order].push_back(number);
+        ++total;
+      }
+    }
+  }
+  EXPECT_EQ(total, 89U);
+  for (int order = 1; order <= 39; ++order) EXPECT_EQ(listed[order], narcissistic(order)) << order;
+}
+
+TEST(Catalogue, LacksOneNumberOfAll) {
+  for (const CatalogueRow& row : kCatalogue) {
+    std::vector<std::string> numbers = narcissistic(row.order);
+    if (row.order == 17) std::erase(numbers, "35875699062250035");
+    EXPECT_EQ(numbersIn(std::string(row.text)), numbers) << row.order;
+  }
+}
+
+TEST(CompleteSearch, FindsNothingFromOrder40OnAndOnlyFixedPointsBefore) {
+  for (int order = 40; order <= kLastPossibleOrder; ++order)
+    EXPECT_TRUE(narcissisticNumbers(order).empty()) << order;
+  for (int order = 1; order <= 39; ++order) {
+    Transformation transformation(order);
+    for (const Decimal& number : narcissisticNumbers(order)) {
+      EXPECT_EQ(transformation.image(silhouetteOf(number)), number);
+      EXPECT_EQ(number.digits(), static_cast<std::size_t>(order));
+    }
+  }
+}
+
+TEST(CompleteSearch, AgreesWithTryingAllNumbers) {
+  for (int order = 1; order <= 6; ++order) {
+    std::vector<std::string> fixed;
+    const int first = order == 1 ? 0 : static_cast<int>(std::pow(10, order - 1));
+    for (int number = first; number < std::pow(10, order); ++number) {
+      long sum = 0;
+      for (int rest = number; rest > 0; rest /= 10) sum += std::lround(std::pow(rest % 10, order));
+      if (sum == number) fixed.push_back(std::to_string(number));
+    }
+    EXPECT_EQ(narcissistic(order), fixed) << order;
+  }
+}
+
+TEST(DataFiles, HoldAllSilhouettesUpTo9999) {
+  std::set<std::string> all;
+  for (int number = 1; number <= 9999; ++number) all.insert(Velmoire::Classenbre(std::to_string(number)));
+  std::vector<std::string> listed = {"1", "2", "3", "4", "5", "6", "7", "8", "9"};
+  for (const std::string name : {"Listenbre2.txt", "Listenbre3.txt", "Listenbre4.txt"}) {
+    const std::vector<std::string> lines = text::linesOf(committed(name));
+    ASSERT_EQ(lines.size(), 1U) << name;
+    EXPECT_EQ(lines[0].back(), ';');
+    const std::vector<std::string> row = numbersIn(lines[0]);
+    EXPECT_TRUE(std::is_sorted(row.begin(), row.end())) << name;
+    listed.insert(listed.end(), row.begin(), row.end());
+  }
+  EXPECT_EQ(listed.size(), 714U);
+  EXPECT_EQ(std::set<std::string>(listed.begin(), listed.end()), all);
+}
+
+}  // namespace
+}  // namespace zelvion

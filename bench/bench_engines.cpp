@@ -87,7 +87,8 @@ void Cascade(State& state) {
   std::int32_t survivors = 0;
   for (auto _ : state) {
     candidates = survivors = 0;
-    MultisetWalk walk(k, k > 12 ? k - 12 : 0);
+    DigitPower power(k);
+    MultisetWalk walk(power, k > 12 ? k - 12 : 0);
     for (int digits = 2; digits <= lastDigits; ++digits) {
       candidates += walk.run(digits, [&](const std::string&) { ++survivors; });
     }

@@ -16,11 +16,11 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <chrono>
-#include <stdexcept>
 
 #include "desktop/form_view.h"
 #include "desktop/message_box.h"
 #include "desktop/wait_cursor.h"
+#include "engine/text/refusal.h"
 #include "files/files.h"
 
 namespace zelvion {
@@ -142,8 +142,8 @@ void QtDesktop::openPage(const std::string& address) {
   browser->start("xdg-open", {page});
   if (!browser->waitForStarted()) {
     delete browser;
-    throw std::runtime_error("Impossible d'ouvrir la page " + address +
-                             " : le programme xdg-open est introuvable ou ne démarre pas.");
+    throw Refusal("Impossible d’ouvrir la page " + address +
+                  " : le programme xdg-open est introuvable ou ne démarre pas.");
   }
   QObject::connect(browser, &QProcess::finished, browser, &QObject::deleteLater);
   QObject::connect(browser, &QProcess::finished, &lifetime_,

@@ -3,10 +3,12 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <stdexcept>
 
 #include "engine/arith/decimal.h"
 #include "engine/arith/order.h"
+#include "engine/text/number.h"
+#include "engine/text/refusal.h"
+#include "engine/text/utf8.h"
 #include "engine/transform/transformation.h"
 #include "form/velmoire.h"
 
@@ -51,8 +53,7 @@ std::string subtractMagnitudes(const std::string& ent, const std::string& taken)
 // The text of the value of `ent`.
 std::string canonical(const std::string& ent) {
   if (ent.empty())
-    throw std::invalid_argument(
-        "Un signe « - » seul n'est pas un nombre : il faut au moins un chiffre derrière lui.");
+    throw Refusal("Un signe « - » seul n’est pas un nombre : il faut au moins un chiffre derrière lui.");
   return Decimal::parse(ent).text();
 }
 
@@ -114,10 +115,10 @@ std::string Velmoire::Mini(const std::string& ent1, const std::string& ent2) {
 }
 
 std::string Velmoire::ResuPartiel(const std::string& ires, std::string& iret) {
-  if (ires.empty())
-    throw std::invalid_argument("Le texte d'une colonne est vide : il faut au moins un chiffre.");
-  std::string last(1, ires.back());
-  iret = ires.substr(0, ires.size() - 1);
+  if (ires.empty()) throw Refusal("Le texte d’une colonne est vide : il faut au moins un chiffre.");
+  const std::string_view rest = text::prefix(ires, text::length(ires) - 1);
+  std::string last = ires.substr(rest.size());
+  iret = rest;
   return last;
 }
 
@@ -132,15 +133,14 @@ std::string Velmoire::MulCalcul(const std::string& ent, const std::int32_t& lk) 
 std::string Velmoire::PuisCalcul(const std::string& ent, const std::int32_t& lk) {
   if (lk == 1) return ent;
   if (lk < 1) return "";
-  const std::int32_t base = valueOf(ent);
-  if (base == 0) requireDigits(ent);
+  const std::int32_t base = text::valueOf(ent);
+  if (base == 0) text::requireDigits(ent);
   const double length =
       magnitude(base) > 1 ? std::floor(lk * std::log10(std::abs(static_cast<double>(base)))) + 1 : 1;
   if (length > Transformation::kMaxImageDigits) {
-    throw std::length_error("La puissance " + std::to_string(lk) + " de " + ent + " aurait " +
-                            std::to_string(static_cast<std::uint64_t>(length)) +
-                            " chiffres ; le maximum est de " +
-                            std::to_string(Transformation::kMaxImageDigits) + " chiffres.");
+    throw Refusal("La puissance " + std::to_string(lk) + " de " + text::shortened(ent) + " aurait " +
+                  std::to_string(static_cast<std::uint64_t>(length)) + " chiffres ; le maximum est de " +
+                  std::to_string(Transformation::kMaxImageDigits) + " chiffres.");
   }
   const std::size_t width = ent.size() - (isNegative(ent) ? 1 : 0);
   const std::string power =
@@ -187,10 +187,10 @@ bool Velmoire::DiviCalcul(const std::string& ent, std::int32_t& idiv, std::strin
     return false;
   }
   const std::int64_t divisor = std::abs(std::int64_t{idiv});
-  if (divisor == 0) throw std::invalid_argument("Division par zéro : il faut un diviseur autre que 0.");
+  if (divisor == 0) throw Refusal("Division par zéro : il faut un diviseur autre que 0.");
   if (divisor > std::numeric_limits<std::int32_t>::max()) {
-    throw std::invalid_argument(
-        "Le diviseur -2147483648 est hors des limites : il faut un entier, 0 excepté, de -2147483647 à "
+    throw Refusal(
+        "Le diviseur -2147483648 est hors des limites : il faut un entier, 0 excepté, de -2147483647 à "
         "2147483647.");
   }
   const std::string digits = isNegative(ent) ? ent.substr(1) : ent;
@@ -221,12 +221,6 @@ void Velmoire::Choixentree(std::string& ent) {
   ent.clear();
   for (int i = 0; i < kCopies; ++i) ent += "1234567890";
   inform("Entier initial avec " + std::to_string(kCopies) + "0 chiffres");
-}
-
-bool Velmoire::idem(const std::string& enti, const std::string& entj) {
-  requireLength(enti);
-  requireLength(entj);
-  return silhouetteOf(enti) == silhouetteOf(entj);
 }
 
 }  // namespace zelvion

@@ -43,7 +43,7 @@ class Desktop {
   virtual void append(const std::string& name, const std::string& text) = 0;
   /// The bytes of the file `name` of the program's directory. Throws std::system_error.
   virtual std::string read(const std::string& name) = 0;
-  /// Opens a page in the user's browser and returns at once. Throws std::runtime_error if none can be
+  /// Opens a page in the user's browser and returns at once. Throws Refusal if none can be
   /// started.
   virtual void openPage(const std::string& address) = 0;
   /// The size of the screen.

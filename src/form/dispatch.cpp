@@ -1,9 +1,10 @@
 #include "form/dispatch.h"
 
 #include <cerrno>
-#include <exception>
 #include <new>
 #include <system_error>
+
+#include "engine/text/refusal.h"
 
 namespace zelvion {
 namespace {
@@ -14,14 +15,14 @@ struct Reason {
 };
 
 constexpr std::array<Reason, 15> kReasons = {{
-    {EACCES, "l'accès est refusé"},
-    {EPERM, "l'opération n'est pas permise"},
+    {EACCES, "l’accès est refusé"},
+    {EPERM, "l’opération n’est pas permise"},
     {EROFS, "le disque est en lecture seule"},
-    {ENOENT, "le fichier ou son dossier n'existe pas"},
+    {ENOENT, "le fichier ou son dossier n’existe pas"},
     {ENOTDIR, "son chemin ne mène pas à un dossier"},
-    {EISDIR, "c'est un dossier"},
-    {EINVAL, "ce n'est pas un fichier ordinaire"},
-    {ENXIO, "ce n'est pas un fichier ordinaire"},
+    {EISDIR, "c’est un dossier"},
+    {EINVAL, "ce n’est pas un fichier ordinaire"},
+    {ENXIO, "ce n’est pas un fichier ordinaire"},
     {ENOSPC, "le disque est plein"},
     {EDQUOT, "le quota du disque est atteint"},
     {EFBIG, "le fichier serait trop grand"},
@@ -48,8 +49,8 @@ void reportFailure(Desktop& desktop, const std::string& title) noexcept {
     } catch (const std::bad_alloc&) {
       sentence =
           "La mémoire ne suffit pas pour ce calcul. Choisissez un nombre p ou une puissance k plus petits.";
-    } catch (const std::exception& error) {
-      sentence = error.what();
+    } catch (const Refusal& refusal) {
+      sentence = refusal.what();
     } catch (...) {
       sentence = "Une erreur imprévue a arrêté le calcul.";
     }

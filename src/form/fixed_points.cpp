@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 #include <optional>
-#include <stdexcept>
 
 #include "engine/fixedpoints/multiset_walk.h"
 #include "engine/text/number.h"
+#include "engine/text/refusal.h"
 #include "engine/text/utf8.h"
 #include "engine/transform/orbit.h"
 #include "form/velmoire.h"
@@ -13,6 +15,12 @@ namespace zelvion {
 namespace {
 
 constexpr std::string_view kFile = "pfixe.txt";
+
+// clang-format off
+constexpr std::string_view kQuestion =
+    "Ne dépassez pas k=11. Jusqu'à k=6 le temps de calcul est raisonnable; à partir de 7 il faut au moins 1 heure et jusqu'à une douzaine pour k=12. "
+    "Jusqu'à k=12 toutes les possibilités sont considéres, au-delà on ne considère que les nombres des boucles de 1 à 12 chiffres, complétés par (k-12) 9";
+// clang-format on
 
 // The orders that are known to have no fixed point of k digits, for which no search is made.
 constexpr std::array<double, 10> kWithoutSearch = {2, 12, 13, 15, 18, 22, 26, 28, 30, 36};
@@ -27,18 +35,24 @@ constexpr std::array<LastEnumerator, 8> kShortCascades = {
 constexpr int kFullCascade = 12;
 
 // Up to this power the digits of a candidate are all it has.
-constexpr double kLastWithoutNines = 12;
+constexpr int kLastWithoutNines = 12;
 
-// How many nines stand in front of a candidate.
-std::int16_t ninesFor(const std::string& kText) {
-  const double k = text::toDouble(kText, kPowerName);
+// How many nines stand in front of the `digits` digits of a candidate for k, which was typed as `text`.
+// Throws Refusal if candidates would be too long.
+std::size_t ninesFor(double k, const std::string& text, std::size_t digits) {
   if (k == 57) return 41;
-  return k > kLastWithoutNines ? text::toInt16(k - kLastWithoutNines, kText, kPowerName) : std::int16_t{0};
+  if (k <= kLastWithoutNines) return 0;
+  const std::size_t most = text::kMaxCharacters - digits;
+  const double nines = std::nearbyint(k - kLastWithoutNines);
+  if (nines <= static_cast<double>(most)) return static_cast<std::size_t>(nines);
+  throw Refusal("La puissance k " + text::quoted(text) +
+                " est trop grande pour cette recherche : les nombres à transformer auraient plus de " +
+                std::to_string(text::kMaxCharacters) + " chiffres. Choisissez k jusqu’à " +
+                std::to_string(most + kLastWithoutNines) + ".");
 }
 
 // The image of `candidate` if it is its own image.
-std::optional<std::string> fixedImage(const std::string& kText, const std::string& candidate) {
-  DigitPower power(kText);
+std::optional<std::string> fixedImage(DigitPower& power, const std::string& candidate) {
   Orbit orbit(power, candidate);
   orbit.advance();
   std::string first = orbit.text();
@@ -47,78 +61,94 @@ std::optional<std::string> fixedImage(const std::string& kText, const std::strin
   return first;
 }
 
-void requireSearchable(const std::string& kText) {
-  text::toInt32(kText, kPowerName);
-  if (text::toDouble(kText, kPowerName) <= kMaxCharacters) return;
-  throw std::length_error(
-      "La puissance k « " + text::shortened(kText) +
-      " » est trop grande pour cette recherche : les nombres à transformer auraient plus de " +
-      std::to_string(kMaxCharacters) + " chiffres. Choisissez k jusqu'à " + std::to_string(kMaxCharacters) +
-      ".");
-}
+}  // namespace
 
-MultisetWalk walkFor(const std::string& kText) {
-  requireSearchable(kText);
-  return MultisetWalk(text::toInt32(kText, kPowerName), ninesFor(kText));
-}
+/// What a search makes of k, which it reads once.
+struct FixedPointSearch {
+  /// `digits` is how many digits a candidate has after its nines. Throws Refusal if `typed` is no number or
+  /// k is too great.
+  FixedPointSearch(const std::string& typed, int digits)
+      : text(typed),
+        k(text::toDouble(typed, kPowerName)),
+        nines(ninesFor(k, typed, static_cast<std::size_t>(digits))),
+        power(text::toInt32(k, typed, kPowerName)) {}
+
+  std::string text;   ///< k as typed
+  double k;           ///< exactly, for decisions
+  std::size_t nines;  ///< in front of a candidate
+  DigitPower power;
+};
+
+/// A test of the high orders: its power, and the nines in front of a candidate.
+struct HighOrder {
+  std::int32_t k;
+  std::size_t nines;
+};
+
+namespace {
+
+constexpr HighOrder kOrder57{57, 41};
+constexpr HighOrder kOrder58{58, 46};
+constexpr HighOrder kOrder59{59, 51};
+constexpr HighOrder kOrder60{60, 56};
 
 }  // namespace
 
 void Velmoire::Command5_Click() {
   const std::string& k = ordrek.Text;
-  if (!ask("Ne dépassez pas k=11. Jusqu'à k=6 le temps de calcul est raisonnable; à partir de 7 il faut au "
-           "moins 1 "
-           "heure et jusqu'à une douzaine pour k=12. Jusqu'à k=12 toutes les possibilités sont considéres, "
-           "au-delà on "
-           "ne considère que les nombres des boucles de 1 à 12 chiffres, complétés par (k-12) 9",
-           "On effectue la recherche pour k = " + k + " ou sinon on change la valeur de k?")) {
+  if (!ask(kQuestion, "On effectue la recherche pour k = " + k + " ou sinon on change la valeur de k?")) {
     RichTextBox1.Text = "Choisissez un nouveau k!!";
     return;
   }
-  requireSearchable(k);
+  FixedPointSearch search(k, kFullCascade);
   ListePfixe = "Point(s) fixe(s) pour k = " + k + std::string(text::kLineEnd);
 
-  const double order = text::toDouble(k, kPowerName);
   const std::string title = "Transformation velmoire pour k = " + k;
-  if (order == 1) {
+  if (search.k == 1) {
     inform("Tous les nombres de 1 à 9 sont points fixes et sont des nombres narcissiques parfaits",
            "Points fixes de la transformations velmoire triviale k=1");
     ListePfixe += "1,2,3,4,5,6,7,8,9";
-  } else if (std::find(kWithoutSearch.begin(), kWithoutSearch.end(), order) != kWithoutSearch.end()) {
+  } else if (std::ranges::find(kWithoutSearch, search.k) != kWithoutSearch.end()) {
     inform("Pas de point fixe", title);
   } else {
     const Moment start = desktop_.now();
-    runCascade(order);
+    runCascade(search);
     informOfTime(start);
     inform(ListePfixe, title);
   }
   RichTextBox1.Text = ListePfixe;
 }
 
-void Velmoire::runCascade(double order) {
-  const auto* row = std::find_if(kShortCascades.begin(), kShortCascades.end(),
-                                 [&](const LastEnumerator& last) { return last.k == order; });
+void Velmoire::runCascade(FixedPointSearch& search) {
+  const auto* row = std::ranges::find(kShortCascades, search.k, &LastEnumerator::k);
   const int last = row == kShortCascades.end() ? kFullCascade : row->digits;
-  MultisetWalk walk = walkFor(ordrek.Text);
-  for (int digits = 2; digits <= last; ++digits) enumerate(walk, digits);
+  enumerate(search, 2, last);
 }
 
-void Velmoire::PfixeK(const std::string& ent) {
-  const std::string header = "Ordre " + ordrek.Text + ", points fixes:" + std::string(text::kLineEnd);
-  const std::string candidate = std::string(static_cast<std::size_t>(ninesFor(ordrek.Text)), '9') + ent;
-  const std::optional<std::string> fixed = fixedImage(ordrek.Text, candidate);
-  if (!fixed) return;
-  ListePfixe += *fixed + ", ";
-  record(std::string(kFile), header + *fixed + ", " + std::string(text::kLineEnd));
-}
-
-void Velmoire::enumerate(MultisetWalk& walk, int digits) {
-  walk.run(digits, [&](const std::string& candidate) { PfixeK(candidate); });
+void Velmoire::enumerate(FixedPointSearch& search, int first, int last) {
+  MultisetWalk walk(search.power, search.nines);
+  for (int digits = first; digits <= last; ++digits) {
+    walk.run(digits, [&](const std::string& candidate) { test(search, candidate); });
+  }
 }
 
 void Velmoire::enumerate(int digits) {
-  MultisetWalk walk = walkFor(ordrek.Text);
-  enumerate(walk, digits);
+  FixedPointSearch search(ordrek.Text, digits);
+  enumerate(search, digits, digits);
+}
+
+void Velmoire::PfixeK(const std::string& ent) {
+  FixedPointSearch search(ordrek.Text, 0);
+  test(search, ent);
+}
+
+void Velmoire::test(FixedPointSearch& search, const std::string& ent) {
+  const std::optional<std::string> fixed = fixedImage(search.power, std::string(search.nines, '9') + ent);
+  if (!fixed) return;
+  const std::string entry = *fixed + ", ";
+  ListePfixe += entry;
+  const std::string lineEnd(text::kLineEnd);
+  record(std::string(kFile), "Ordre " + search.text + ", points fixes:" + lineEnd + entry + lineEnd);
 }
 
 void Velmoire::boucle1() {
@@ -158,11 +188,6 @@ void Velmoire::boucle12() {
   enumerate(12);
 }
 
-const Velmoire::HighOrder Velmoire::kOrder57{57, 41};
-const Velmoire::HighOrder Velmoire::kOrder58{58, 46};
-const Velmoire::HighOrder Velmoire::kOrder59{59, 51};
-const Velmoire::HighOrder Velmoire::kOrder60{60, 56};
-
 void Velmoire::Pfixe57(const std::string& ent) {
   testHigh(kOrder57, ent);
 }
@@ -177,14 +202,16 @@ void Velmoire::Pfixe60(const std::string& ent) {
 }
 
 void Velmoire::testHigh(const HighOrder& order, const std::string& ent) {
+  DigitPower power(order.k);
+  testHigh(order, power, ent);
+}
+
+void Velmoire::testHigh(const HighOrder& order, DigitPower& power, const std::string& ent) {
   ordrek.Text = std::to_string(order.k);
-  const std::optional<std::string> fixed = fixedImage(ordrek.Text, std::string(order.nines, '9') + ent);
-  if (!fixed) {
-    RichTextBox1.Text = "rien";
-    return;
-  }
-  RichTextBox1.Text = *fixed + ", ";
-  record(std::string(kFile), *fixed + ", " + std::string(text::kLineEnd));
+  const std::optional<std::string> fixed = fixedImage(power, std::string(order.nines, '9') + ent);
+  const std::string line = fixed ? *fixed + ", " : "rien";
+  if (fixed) record(std::string(kFile), line + std::string(text::kLineEnd));
+  RichTextBox1.Text = line;
 }
 
 void Velmoire::boucle13() {
@@ -216,12 +243,13 @@ void Velmoire::boucle13K58() {
 std::int32_t Velmoire::enumerateHigh(int digits, const HighOrder& order) {
   const std::string lastCandidate(static_cast<std::size_t>(digits), '9');
   bool lastTested = false;
-  MultisetWalk walk(order.k, static_cast<std::int32_t>(order.nines));
+  DigitPower power(order.k);
+  MultisetWalk walk(power, order.nines);
   const std::int32_t candidates = walk.run(digits, [&](const std::string& candidate) {
-    testHigh(order, candidate);
+    testHigh(order, power, candidate);
     lastTested = candidate == lastCandidate;
   });
-  if (!lastTested) testHigh(order, lastCandidate);
+  if (!lastTested) testHigh(order, power, lastCandidate);
   return candidates;
 }
 

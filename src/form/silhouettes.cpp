@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -11,6 +12,11 @@
 namespace zelvion {
 namespace {
 
+// clang-format off
+const std::string kMeaning =
+    "La silhouette d'un nombre entier est la suite ordonnée du nombre de ses chiffres 9,8,..jusqu'à 1, les zéros éventuels n'étant pas pris en compte.";
+// clang-format on
+
 // "(", the counts of the digits from 9 down to `lowest`, and ")".
 std::string counts(const std::string& ent, char lowest) {
   std::string text;
@@ -23,7 +29,7 @@ std::string counts(const std::string& ent, char lowest) {
 }  // namespace
 
 std::int16_t Velmoire::NbchifK(const std::string& ent, const std::string& stN) {
-  requireLength(ent);
+  text::requireLength(ent);
   std::int16_t count = 0;
   for (std::string_view rest = ent; !rest.empty();) {
     const std::size_t size = text::firstCharacterSize(rest);
@@ -45,6 +51,12 @@ bool Velmoire::Test40et7x9(const std::string& ent) {
   return text::length(ent) == 40 && NbchifK(ent, "9") >= 7;
 }
 
+bool Velmoire::idem(const std::string& enti, const std::string& entj) {
+  text::requireLength(enti);
+  text::requireLength(entj);
+  return silhouetteOf(enti) == silhouetteOf(entj);
+}
+
 void Velmoire::Command8_Click() {
   const std::string& p = entier.Text;
   inform("Nombre de chiffres du p choisi = " + std::to_string(text::length(p)) + std::string(text::kLineEnd) +
@@ -54,18 +66,14 @@ void Velmoire::Command8_Click() {
 }
 
 void Velmoire::Command15_Click() {
-  inform(
-      "La silhouette d'un nombre entier est la suite ordonnée du nombre de ses chiffres 9,8,..jusqu'à 1, les "
-      "zéros "
-      "éventuels n'étant pas pris en compte." +
-          std::string(text::kLineEnd) + "Sil(p) = " + Sil(entier.Text),
-      "Transformations velmoires sur les entiers, k= " + ordrek.Text);
+  inform(kMeaning + std::string(text::kLineEnd) + "Sil(p) = " + Sil(entier.Text),
+         "Transformations velmoires sur les entiers, k= " + ordrek.Text);
 }
 
 std::string Velmoire::Complete9(const std::string& ent1) {
   constexpr std::size_t kKept = 33;
   constexpr std::size_t kLongest = 32'767;
-  requireLength(ent1, kLongest);
+  text::requireLength(ent1, kLongest);
   const std::size_t length = text::length(ent1);
   if (length >= kKept) return std::string(text::prefix(ent1, kKept)) + "9999999";
   return ent1 + "9999999" + std::string(kKept - length, '3');
@@ -119,12 +127,13 @@ std::int32_t Velmoire::Cpteboucle(const std::int16_t& m) {
 void Velmoire::Command11_Click() {
   constexpr std::int16_t kFirstWithoutCount = 24;
   const double k = text::toDouble(ordrek.Text, kPowerName);
-  const std::int16_t zeros = text::toInt16(k - 1, ordrek.Text, kPowerName);
-  const std::int16_t m = text::toInt16(k, ordrek.Text, kPowerName);
-  const std::string bound = "9" + std::string(zeros > 0 ? static_cast<std::size_t>(zeros) : 0, '0');
+  const auto zeros = text::toInt16(k - 1);
+  const auto m = text::toInt16(k);
+  if (!zeros || !m) text::refuseRange(ordrek.Text, kPowerName, -32'767, 32'767);
+  const std::string bound = "9" + std::string(static_cast<std::size_t>(std::max<int>(*zeros, 0)), '0');
   const std::string prompt =
-      m < kFirstWithoutCount ? std::to_string(Cpteboucle(m)) + ", très inférieur à " + bound
-                             : "Non fourni ici, mais tout à fait calculable! et très inférieur à " + bound;
+      *m < kFirstWithoutCount ? std::to_string(Cpteboucle(*m)) + ", très inférieur à " + bound
+                              : "Non fourni ici, mais tout à fait calculable! et très inférieur à " + bound;
   inform(prompt, "Nombre de silhouettes à " + ordrek.Text + " chiffres");
 }
 

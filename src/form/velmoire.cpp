@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "engine/text/refusal.h"
 #include "engine/text/utf8.h"
 #include "form/about.h"
 #include "form/dispatch.h"
@@ -103,8 +104,8 @@ void Velmoire::record(const std::string& file, const std::string& text) {
   } catch (const std::system_error& error) {
     if (!recordFailed_) {
       recordFailed_ = true;
-      inform("Le résultat n'a pas pu être écrit dans le fichier « " + desktop_.pathOf(file) +
-                 " » : " + reasonOf(error.code()) + ". Il est affiché tout de même.",
+      inform("Le résultat n’a pas pu être écrit dans le fichier « " + desktop_.pathOf(file) +
+                 " » : " + reasonOf(error.code()) + ". Il est affiché tout de même.",
              standardTitle());
     }
   }
@@ -114,8 +115,8 @@ std::string Velmoire::readText(const std::string& file) {
   try {
     return text::fromBytes(desktop_.read(file));
   } catch (const std::system_error& error) {
-    throw std::runtime_error("Le fichier de données « " + file + " » ne peut pas être lu : " +
-                             reasonOf(error.code()) + ". Il doit se trouver ici : " + desktop_.pathOf(file));
+    throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " + reasonOf(error.code()) +
+                  ". Il doit se trouver ici : " + desktop_.pathOf(file));
   }
 }
 

@@ -9,7 +9,9 @@
 
 namespace zelvion {
 
-class MultisetWalk;
+class DigitPower;
+struct FixedPointSearch;
+struct HighOrder;
 
 /// The title of a message box for which no other is given.
 inline constexpr std::string_view kApplicationTitle = "zelvion";
@@ -195,14 +197,6 @@ class Velmoire : public Form {
 
  private:
   struct CycleSearch;
-  struct HighOrder {
-    std::int32_t k;
-    std::size_t nines;
-  };
-  static const HighOrder kOrder57;
-  static const HighOrder kOrder58;
-  static const HighOrder kOrder59;
-  static const HighOrder kOrder60;
 
   // Message boxes.
   std::string standardTitle() const;
@@ -216,11 +210,13 @@ class Velmoire : public Form {
 
   void itinerary(int limit, const std::string& heading);
   void searchCycle(const CycleSearch& search);
-  void runCascade(double order);
-  void enumerate(MultisetWalk& walk, int digits);
+  void runCascade(FixedPointSearch& search);
+  void enumerate(FixedPointSearch& search, int first, int last);
   void enumerate(int digits);
+  void test(FixedPointSearch& search, const std::string& ent);
   std::int32_t enumerateHigh(int digits, const HighOrder& order);
   void testHigh(const HighOrder& order, const std::string& ent);
+  void testHigh(const HighOrder& order, DigitPower& power, const std::string& ent);
 
   Desktop& desktop_;
   bool recordFailed_ = false;  ///< a record of this press could not be written, and the user was told so

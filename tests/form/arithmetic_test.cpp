@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <limits>
 #include <random>
-#include <stdexcept>
 
 #include "engine/arith/decimal.h"
 #include "engine/arith/gmp.h"
@@ -65,7 +64,7 @@ TEST_F(Arithmetic, Powers) {
               ent);
   }
   EXPECT_EQ(Velmoire::PuisCalcul("1", kMost) + Velmoire::PuisCalcul("0", kMost), "10");
-  EXPECT_THROW(Velmoire::PuisCalcul("9", kMost), std::length_error);
+  EXPECT_THROW(Velmoire::PuisCalcul("9", kMost), Refusal);
 }
 
 TEST_F(Arithmetic, SignedSumsAndQuotientsAgreeWithGmp) {
@@ -110,7 +109,7 @@ TEST_F(Arithmetic, TextsThatAreNoPlainNumbers) {
   for (const std::int32_t least : {0, kLeast}) {
     std::int32_t divisor = least;
     EXPECT_FALSE(Velmoire::DiviCalcul("-0", divisor, sort));
-    EXPECT_THROW(Velmoire::DiviCalcul("-12", divisor, sort), std::invalid_argument);
+    EXPECT_THROW(Velmoire::DiviCalcul("-12", divisor, sort), Refusal);
     EXPECT_EQ(sort + std::to_string(divisor), "-0" + std::to_string(least));
   }
 }
@@ -149,16 +148,16 @@ TEST_F(Arithmetic, Properties) {
 
 TEST_F(Arithmetic, TextsWithoutAValueAreRefused) {
   std::string half = "1x";
-  EXPECT_THROW(Decimal::parse("-1"), std::invalid_argument);
-  EXPECT_THROW(Velmoire::Plusplus("5", "-5"), std::invalid_argument);
-  EXPECT_THROW(Velmoire::MulCalcul("-5", 0), std::invalid_argument);
-  EXPECT_THROW(Velmoire::PuisCalcul("2147483648", 2), std::invalid_argument);
-  EXPECT_THROW(Velmoire::PlusCalcul("1é", 1), std::invalid_argument);
-  EXPECT_THROW(Velmoire::DemiCalcul(half), std::invalid_argument);
-  EXPECT_THROW(Velmoire::TiersCalcul("-3"), std::invalid_argument);
-  EXPECT_THROW(Velmoire::Triple("-3"), std::invalid_argument);
-  EXPECT_THROW(Velmoire::Maxi("x1", "x2"), std::invalid_argument);
-  EXPECT_THROW(Velmoire::idem("", std::string(32'767, '0')), std::length_error);
+  EXPECT_THROW(Decimal::parse("-1"), Refusal);
+  EXPECT_THROW(Velmoire::Plusplus("5", "-5"), Refusal);
+  EXPECT_THROW(Velmoire::MulCalcul("-5", 0), Refusal);
+  EXPECT_THROW(Velmoire::PuisCalcul("2147483648", 2), Refusal);
+  EXPECT_THROW(Velmoire::PlusCalcul("1é", 1), Refusal);
+  EXPECT_THROW(Velmoire::DemiCalcul(half), Refusal);
+  EXPECT_THROW(Velmoire::TiersCalcul("-3"), Refusal);
+  EXPECT_THROW(Velmoire::Triple("-3"), Refusal);
+  EXPECT_THROW(Velmoire::Maxi("x1", "x2"), Refusal);
+  EXPECT_THROW(Velmoire::idem("", std::string(32'767, '0')), Refusal);
 }
 
 }  // namespace

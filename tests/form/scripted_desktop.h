@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "engine/text/refusal.h"
 #include "form/desktop.h"
 
 namespace zelvion::testing {
@@ -73,7 +74,7 @@ class ScriptedDesktop : public Desktop {
   }
 
   void openPage(const std::string& address) override {
-    if (!pageError.empty()) throw std::runtime_error(pageError);
+    if (!pageError.empty()) throw Refusal(pageError);
     pages.push_back(address);
   }
 

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <stdexcept>
 
 #include "form/scripted_desktop.h"
 #include "form/velmoire.h"
@@ -17,8 +16,7 @@ template <typename Operation>
 void attempt(Operation operation) {
   try {
     operation();
-  } catch (const std::invalid_argument&) {
-  } catch (const std::length_error&) {
+  } catch (const Refusal&) {
   }
 }
 

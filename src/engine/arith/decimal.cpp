@@ -4,12 +4,10 @@
 #include <array>
 #include <bit>
 #include <cassert>
-#include <charconv>
 #include <cstring>
-#include <stdexcept>
 
 #include "engine/arith/multiply.h"
-#include "engine/text/utf8.h"
+#include "engine/text/number.h"
 
 namespace zelvion {
 namespace {
@@ -37,47 +35,12 @@ std::size_t digitsOf(Decimal::Limb limb) {
 
 }  // namespace
 
-void requireDigits(std::string_view text) {
-  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-  const auto other = std::find_if_not(text.begin(), text.end(), isDigit);
-  if (other == text.end()) return;
-  const auto place = static_cast<std::size_t>(other - text.begin());
-  const std::string_view character = text.substr(place, text::firstCharacterSize(text.substr(place)));
-  throw std::invalid_argument(
-      "Le nombre « " + text::shortened(text) + " » ne peut pas être lu : " + text::characterName(character) +
-      " en position " + std::to_string(place + 1) +
-      ". Un nombre s'écrit avec les seuls chiffres de 0 à 9, sans signe, sans espace et sans "
-      "séparateur : effacez ce qui n'est pas un chiffre et recommencez.");
-}
-
-void requireLength(std::string_view text, std::size_t limit) {
-  const std::size_t length = text::length(text);
-  if (length <= limit) return;
-  throw std::length_error("Le nombre « " + text::shortened(text) + " » est trop long : il a " +
-                          std::to_string(length) + " caractères, et " + std::to_string(kMaxCharacters) +
-                          " au plus sont acceptés.");
-}
-
-std::int32_t valueOf(std::string_view text) {
-  std::int32_t value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error == std::errc() && end == text.data() + text.size()) return value;
-  const std::string shown = "« " + text::shortened(text) + " »";
-  const bool outOfRange = error == std::errc::result_out_of_range && end == text.data() + text.size();
-  throw std::invalid_argument(
-      outOfRange
-          ? "Le nombre " + shown + " est hors des limites : il faut un entier de -2147483648 à 2147483647."
-          : "Le texte " + shown +
-                " n'est pas un nombre entier : seuls les chiffres de 0 à 9, avec un « - » devant au plus, "
-                "sont acceptés.");
-}
-
 Decimal::Decimal(std::uint64_t value) {
   for (; value > 0; value /= kBase) limbs_.push_back(static_cast<Limb>(value % kBase));
 }
 
 Decimal Decimal::parse(std::string_view digits) {
-  requireDigits(digits);
+  text::requireDigits(digits);
   Decimal number;
   number.limbs_.reserve(digits.size() / kLimbDigits + 1);
   while (!digits.empty()) {

@@ -22,8 +22,8 @@ class Decimal {
   Decimal() = default;
   explicit Decimal(std::uint64_t value);
 
-  /// The number that `digits` writes; leading zeros are allowed and the empty text is zero. Throws
-  /// std::invalid_argument, with a French sentence, at anything but digits.
+  /// The number that `digits` writes; leading zeros are allowed and the empty text is zero. Throws Refusal at
+  /// anything but digits.
   static Decimal parse(std::string_view digits);
 
   /// base to the power `exponent`, by squaring; 1 for the exponent 0.
@@ -57,20 +57,5 @@ class Decimal {
 
   std::vector<Limb> limbs_;
 };
-
-/// Throws std::invalid_argument unless `text` holds decimal digits only; the French sentence shows the text,
-/// the first other character and its place.
-void requireDigits(std::string_view text);
-
-/// The longest text whose characters are counted or transformed: an index of 16 bits still has to step past
-/// the last one.
-inline constexpr std::size_t kMaxCharacters = 32'766;
-
-/// Throws std::length_error, with a French sentence, if `text` has more than `limit` characters.
-void requireLength(std::string_view text, std::size_t limit = kMaxCharacters);
-
-/// The value of a text: digits with at most one "-" in front. Throws std::invalid_argument, with a French
-/// sentence, at anything else and outside -2,147,483,648 to 2,147,483,647.
-std::int32_t valueOf(std::string_view text);
 
 }  // namespace zelvion

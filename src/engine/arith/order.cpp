@@ -2,18 +2,20 @@
 
 #include <algorithm>
 
-#include "engine/arith/decimal.h"
+#include "engine/text/number.h"
+#include "engine/text/utf8.h"
 
 namespace zelvion {
 
 std::strong_ordering compareDigits(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return a.size() <=> b.size();
-  const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin());
-  if (inA == a.end()) return std::strong_ordering::equal;
-  const auto scanned = static_cast<std::size_t>(inA - a.begin()) + 1;
-  requireDigits(a.substr(0, scanned));
-  requireDigits(b.substr(0, scanned));
-  return *inA <=> *inB;
+  const auto byLength = text::length(a) <=> text::length(b);
+  if (byLength != 0 || a == b) return byLength;
+  const auto scanned = std::ranges::mismatch(a, b).in1 - a.begin() + 1;
+  for (const std::string_view text : {a, b}) {
+    const auto isOther = [](char c) { return c < '0' || c > '9'; };
+    if (std::any_of(text.begin(), text.begin() + scanned, isOther)) text::requireDigits(text);
+  }
+  return a <=> b;
 }
 
 bool isGreater(std::string_view a, std::string_view b) {

@@ -6,8 +6,7 @@
 namespace zelvion {
 
 /// The order of two texts of digits without a sign: by length, then by their first difference. Throws
-/// std::invalid_argument, with a French sentence, if two texts of one length have another character up to
-/// there.
+/// Refusal if two texts of one length have another character up to there.
 std::strong_ordering compareDigits(std::string_view a, std::string_view b);
 
 /// Whether the number `a` is greater than `b`: a text that begins with "-" is below every other, and of two

@@ -15,7 +15,7 @@ std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
       continue;
     }
     // Looking back takes a nanosecond for some ten steps, a step some ten nanoseconds and more: looking
-    // whenever there is an eighth more to look at costs little, and so do the steps behind the return, which
+    // whenever there is an eighth more to look at costs little, and so do the steps after the return, which
     // repeat what was worked out before.
     constexpr std::int32_t kFewSteps = 64;
     advanceTo(std::min(last, step_ + std::max(kFewSteps, step_ / 8)));
@@ -40,16 +40,12 @@ void CycleFinder::advanceText() {
 
 void CycleFinder::advanceTo(std::int32_t step) {
   while (step_ < step) {
-    auto room = history_.room();
-    room = room.first(std::min(room.size(), static_cast<std::size_t>(step - step_)));
-    if (const std::size_t count = orbit_.walk(room); count > 0) {
-      history_.push(count);
-      step_ += static_cast<std::int32_t>(count);
-    } else {
-      orbit_.advance();
-      history_.push(orbit_.silhouette());
-      ++step_;
-    }
+    const auto room = history_.room();
+    const auto between = static_cast<std::size_t>(step - step_ - 1);
+    const std::size_t steps = orbit_.advance(room.first(std::min(room.size(), between)));
+    history_.pushWritten(steps - 1);
+    history_.push(orbit_.silhouette());
+    step_ += static_cast<std::int32_t>(steps);
   }
 }
 

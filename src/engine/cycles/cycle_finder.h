@@ -32,7 +32,7 @@ class CycleFinder {
   /// Goes on up to step `last` and returns the first return if it is there by then. Throws as Orbit::advance.
   std::optional<Cycle> advance(std::int32_t last);
 
-  /// Appends the texts of the points of `cycle`, which was found, behind the first one to `list`,
+  /// Appends the texts of the points of `cycle`, which was found, after the first one to `list`,
   /// kListSeparator before each.
   void appendFurtherPoints(const Cycle& cycle, std::string& list) const;
   /// The text of the iterate that was reached.

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "engine/transform/transformation.h"
+#include "engine/transform/silhouette.h"
 
 namespace zelvion {
 
@@ -16,9 +16,10 @@ namespace zelvion {
 class SilhouetteHistory {
  public:
   void push(const Silhouette& silhouette);
-  /// Room for the words of the next steps, at least one. What is written there counts from `push` on.
+  /// Room for the words of the next steps, at least one. The first `count` of them are steps from
+  /// pushWritten(count) on.
   std::span<PackedSilhouette> room();
-  void push(std::size_t written) { size_ += written; }
+  void pushWritten(std::size_t count) { size_ += count; }
 
   /// The number of steps, that of the start counted.
   std::size_t size() const noexcept { return size_; }

@@ -60,18 +60,17 @@ std::int32_t MultisetWalk::count(int digits) {
   return static_cast<std::int32_t>(tailsUpTo(9, digits));
 }
 
-MultisetWalk::MultisetWalk(std::int32_t k, std::int32_t nines) : k_(k), nines_(nines) {
-  assert(nines >= 0);
+MultisetWalk::MultisetWalk(DigitPower& power, std::size_t nines) : nines_(nines) {
   // Under a power below 1 the first image is empty and the second one "0". An image of n digits has an image
   // of at most n times 9^k: where the nines in front make more, nobody needs to look.
-  hopeless_ = k < 1 || k * std::log10(9.0) + std::log10(nines + kMaxDigits) + 2 < nines;
-  if (!hopeless_) prepare();
+  const double front = static_cast<double>(nines);
+  hopeless_ = power.k() < 1 || power.k() * std::log10(9.0) + std::log10(front + kMaxDigits) + 2 < front;
+  if (!hopeless_) prepare(*power.transformation());
 }
 
-void MultisetWalk::prepare() {
-  const Transformation transformation(k_);
+void MultisetWalk::prepare(const Transformation& transformation) {
   const Decimal nine = transformation.power(9);
-  const auto mostDigits = static_cast<std::size_t>(nines_) + kMaxDigits;
+  const std::size_t mostDigits = nines_ + kMaxDigits;
   const std::size_t imageDigits = (nine * Decimal(mostDigits)).digits();
   size_ = (imageDigits + kLimbDigits - 1) / kLimbDigits;
   tolerance_ = static_cast<std::uint32_t>(std::max(size_ * kLimbDigits, mostDigits));
@@ -82,7 +81,7 @@ void MultisetWalk::prepare() {
   weights_.assign(10, 0);
   powers_.assign(10 * size_, 0);
   for (std::size_t digit = 1; digit <= 9; ++digit) {
-    const long double weight = std::pow(static_cast<long double>(digit) / 9, k_);
+    const long double weight = std::pow(static_cast<long double>(digit) / 9, transformation.k());
     weights_[digit] = static_cast<std::uint32_t>(weight * unit);
     coarseWeights_[digit] = static_cast<Short>(weight * coarseUnit);
     coarseBytes_.low[digit] = static_cast<std::uint8_t>(coarseWeights_[digit]);
@@ -94,7 +93,7 @@ void MultisetWalk::prepare() {
   for (std::size_t group = 0; group < groupWeights_.size(); ++group) {
     groupWeights_[group] = group < 10 ? weights_[group] : groupWeights_[group / 10] + weights_[group % 10];
   }
-  frontSums_ = limbsOfFour(nine * Decimal(static_cast<std::uint64_t>(nines_)), size_);
+  frontSums_ = limbsOfFour(nine * Decimal(nines_), size_);
   frontSums_.resize((kMaxDigits + 1) * size_);
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/fixedpoints/vector_sieve.h"
+#include "engine/transform/orbit.h"
 
 namespace zelvion {
 
@@ -30,8 +31,9 @@ class MultisetWalk {
   /// The most digits that a candidate has behind its nines.
   static constexpr int kMaxDigits = 23;
 
-  /// `k` is the power, `nines` (0 or more) how many nines stand in front of the digits of a candidate.
-  MultisetWalk(std::int32_t k, std::int32_t nines);
+  /// `nines` (0 or more) tells how many nines stand in front of the digits of a candidate. The powers of the
+  /// digits are taken from `power`, which need not outlive the walk, unless no image can be fixed.
+  MultisetWalk(DigitPower& power, std::size_t nines);
 
   /// Goes through all candidates of `digits` digits (1 to kMaxDigits) and hands those that pass the sieve to
   /// `survivor`, each as its digits without the nines: every candidate whose image is a fixed point is among
@@ -45,7 +47,7 @@ class MultisetWalk {
   /// A limb of four digits, or the coarse weight of one.
   using Short = std::uint16_t;
 
-  void prepare();
+  void prepare(const Transformation& transformation);
   void buildTails(int length);
   /// The weights of the nines and the digits in front of a tail.
   struct FrontWeight {
@@ -60,8 +62,7 @@ class MultisetWalk {
   /// The sum of the powers of the nines and the digits in front of the tail.
   const Short* frontSum() const { return &frontSums_[front_.size() * size_]; }
 
-  std::int32_t k_;
-  std::int32_t nines_;
+  std::size_t nines_;
   bool hopeless_ = false;  ///< no image can be fixed
   const Survivor* survivor_ = nullptr;
 

@@ -5,12 +5,16 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <stdexcept>
 
+#include "engine/text/refusal.h"
 #include "engine/text/utf8.h"
 
 namespace zelvion::text {
 namespace {
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 // The text without the blanks around it, those that do not break included.
 std::string_view trimmed(std::string_view text) {
@@ -42,32 +46,53 @@ std::string canonical(std::string_view text) {
   const std::size_t separator = text.find_first_of(".,");
   const std::string_view whole = text.substr(0, separator);
   const std::string_view decimals = separator == std::string_view::npos ? "" : text.substr(separator + 1);
-  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-  const bool onlyDigits = std::all_of(whole.begin(), whole.end(), isDigit) &&
-                          std::all_of(decimals.begin(), decimals.end(), isDigit);
+  const bool onlyDigits = std::ranges::all_of(whole, isDigit) && std::ranges::all_of(decimals, isDigit);
   if (!onlyDigits || (whole.empty() && decimals.empty())) return {};
   return number.append("0").append(whole).append(".").append(decimals).append("0");
 }
 
-template <typename Integer>
-Integer rounded(double value, std::string_view text, std::string_view name) {
-  using Limits = std::numeric_limits<Integer>;
-  const double nearest = std::nearbyint(value);
-  if (nearest >= Limits::min() && nearest <= Limits::max()) return static_cast<Integer>(nearest);
-  throw std::invalid_argument(std::string(name) + " « " + shortened(text) +
-                              " » est hors des limites : il faut un nombre de " +
-                              std::to_string(Limits::min()) + " à " + std::to_string(Limits::max()) + ".");
+}  // namespace
+
+void requireDigits(std::string_view text) {
+  const auto other = std::ranges::find_if_not(text, isDigit);
+  if (other == text.end()) return;
+  const auto place = static_cast<std::size_t>(other - text.begin());
+  const std::string_view character = text.substr(place, firstCharacterSize(text.substr(place)));
+  throw Refusal("Le nombre " + quoted(text) + " ne peut pas être lu : " + characterName(character) +
+                    " en position " + std::to_string(place + 1) +
+                    ". Un nombre s’écrit avec les seuls chiffres de 0 à 9, sans signe, sans espace et sans "
+                    "séparateur : effacez ce qui n’est pas un chiffre et recommencez.",
+                std::string(text), place);
 }
 
-}  // namespace
+void requireLength(std::string_view text, std::size_t limit) {
+  const std::size_t size = length(text);
+  if (size <= limit) return;
+  throw Refusal("Le nombre " + quoted(text) + " est trop long : il a " + std::to_string(size) +
+                " caractères, et " + std::to_string(limit) + " au plus sont acceptés.");
+}
+
+std::int32_t valueOf(std::string_view text) {
+  std::int32_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (end == text.data() + text.size()) {
+    if (error == std::errc()) return value;
+    if (error == std::errc::result_out_of_range) {
+      using Limits = std::numeric_limits<std::int32_t>;
+      refuseRange(text, "Le nombre", Limits::min(), Limits::max());
+    }
+  }
+  throw Refusal("Le texte " + quoted(text) +
+                " n’est pas un nombre entier : seuls les chiffres de 0 à 9, avec un « - » devant au plus, "
+                "sont acceptés.");
+}
 
 double toDouble(std::string_view text, std::string_view name) {
   const std::string number = canonical(text);
   if (number.empty()) {
     const bool blank = trimmed(text).empty();
-    throw std::invalid_argument(std::string(name) +
-                                (blank ? " est vide" : " « " + shortened(text) + " » n'est pas un nombre") +
-                                " : tapez un nombre entier, par exemple 3.");
+    throw Refusal(std::string(name) + (blank ? " est vide" : " " + quoted(text) + " n’est pas un nombre") +
+                  " : tapez un nombre entier, par exemple 3.");
   }
   double value = 0;
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
@@ -80,11 +105,34 @@ double toDouble(std::string_view text, std::string_view name) {
 }
 
 std::int32_t toInt32(std::string_view text, std::string_view name) {
-  return rounded<std::int32_t>(toDouble(text, name), text, name);
+  return toInt32(toDouble(text, name), text, name);
 }
 
-std::int16_t toInt16(double value, std::string_view text, std::string_view name) {
-  return rounded<std::int16_t>(value, text, name);
+std::int32_t toInt32(double value, std::string_view text, std::string_view name) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const double nearest = std::nearbyint(value);
+  if (nearest < Limits::min() || nearest > Limits::max()) {
+    refuseRange(text, name, Limits::min(), Limits::max());
+  }
+  return static_cast<std::int32_t>(nearest);
+}
+
+std::optional<std::int16_t> toInt16(double value) {
+  using Limits = std::numeric_limits<std::int16_t>;
+  const double nearest = std::nearbyint(value);
+  if (nearest < Limits::min() || nearest > Limits::max()) return std::nullopt;
+  return static_cast<std::int16_t>(nearest);
+}
+
+void refuseRange(std::string_view text, std::string_view name, std::int64_t least, std::int64_t most) {
+  throw Refusal(std::string(name) + " " + quoted(text) + " est hors des limites : il faut un nombre de " +
+                std::to_string(least) + " à " + std::to_string(most) + ".");
+}
+
+std::string grouped(std::uint64_t number) {
+  std::string text = std::to_string(number);
+  for (std::size_t place = text.size(); place > 3;) text.insert(place -= 3, " ");
+  return text;
 }
 
 }  // namespace zelvion::text

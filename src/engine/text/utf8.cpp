@@ -80,7 +80,10 @@ std::size_t firstCharacterSize(std::string_view text) noexcept {
 
 std::size_t length(std::string_view text) noexcept {
   std::size_t count = 0;
-  for (; !text.empty(); ++count) text.remove_prefix(firstCharacterSize(text));
+  for (std::size_t place = 0; place < text.size(); ++count) {
+    const bool single = static_cast<unsigned char>(text[place]) < 0x80;
+    place += single ? 1 : firstCharacterSize(text.substr(place));
+  }
   return count;
 }
 
@@ -103,6 +106,10 @@ std::string shortened(std::string_view text) {
   std::replace_if(
       line.begin(), line.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, ' ');
   return line;
+}
+
+std::string quoted(std::string_view text) {
+  return "« " + shortened(text) + " »";
 }
 
 std::string fromBytes(std::string_view bytes) {
@@ -156,7 +163,7 @@ std::string characterName(std::string_view character) {
   const bool invisible = code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x2000 && code <= 0x200F) ||
                          (code >= 0x2028 && code <= 0x202E) || (code >= 0x205F && code <= 0x206F) ||
                          code == 0xAD || code == 0x3000 || code == 0xFEFF;
-  if (!invisible) return "« " + std::string(character) + " »";
+  if (!invisible) return "« " + std::string(character) + " »";
   std::array<char, 48> name{};
   std::snprintf(name.data(), name.size(), "le caractère invisible U+%04X", static_cast<unsigned>(code));
   return name.data();

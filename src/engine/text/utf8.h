@@ -25,6 +25,9 @@ std::string_view prefix(std::string_view text, std::size_t count) noexcept;
 /// characters as blanks.
 std::string shortened(std::string_view text);
 
+/// The same between the quotation marks of a French sentence.
+std::string quoted(std::string_view text);
+
 /// The text of a file: bytes that are no valid UTF-8 are read as Windows-1252; a byte-order mark is dropped.
 std::string fromBytes(std::string_view bytes);
 

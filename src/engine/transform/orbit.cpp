@@ -1,11 +1,8 @@
 #include "engine/transform/orbit.h"
 
-#include <cassert>
-
 #include "engine/text/number.h"
 
 namespace zelvion {
-
 namespace {
 
 bool isZeroText(std::string_view number) {
@@ -14,43 +11,40 @@ bool isZeroText(std::string_view number) {
 
 }  // namespace
 
-Transformation* DigitPower::transformation() {
-  if (!read_) {
-    const std::int32_t k = text::toInt32(kText_, kPowerName);
-    if (k >= 1) transformation_.emplace(k);
-    read_ = true;
-  }
-  return transformation_ ? &*transformation_ : nullptr;
+std::int32_t DigitPower::k() {
+  if (!k_) k_ = text::toInt32(kText_, kPowerName);
+  return *k_;
 }
 
-void Orbit::advance() {
+Transformation* DigitPower::transformation() {
+  if (k() < 1) return nullptr;
+  if (!transformation_) transformation_.emplace(*k_);
+  return &*transformation_;
+}
+
+std::size_t Orbit::advance(std::span<PackedSilhouette> between) {
   if (isNumber_) {
-    const bool mayBeLong = !walked_ && number_.limbs().size() > kMaxCharacters / Decimal::kLimbDigits;
-    if (mayBeLong) requireLength(number_.text());
-    silhouette_ = power_.transformation()->apply(silhouette_, number_);
-    walked_ = false;
-    return;
+    const bool mayBeLong = number_.limbs().size() > text::kMaxCharacters / Decimal::kLimbDigits;
+    if (mayBeLong) text::requireLength(number_.text());
+    Transformation& transformation = *power_.transformation();
+    const std::size_t steps = transformation.iterate(silhouette_, between);
+    silhouette_ = transformation.apply(silhouette_, number_);
+    return steps + 1;
   }
   if (isZeroText(text_)) {
     text_.assign(1, '0');
-    return;
+    return 1;
   }
-  requireLength(text_);
+  text::requireLength(text_);
   Transformation* transformation = power_.transformation();
-  requireDigits(text_);
+  text::requireDigits(text_);
   if (transformation == nullptr) {
     text_.clear();
-    return;
+    return 1;
   }
   silhouette_ = transformation->apply(silhouetteOf(text_), number_);
   isNumber_ = true;
-}
-
-std::size_t Orbit::walk(std::span<PackedSilhouette> silhouettes) {
-  if (!isNumber_) return 0;
-  const std::size_t steps = power_.transformation()->walk(silhouette_, silhouettes);
-  walked_ = walked_ || steps > 0;
-  return steps;
+  return 1;
 }
 
 std::string Orbit::text() const {
@@ -60,7 +54,6 @@ std::string Orbit::text() const {
 }
 
 void Orbit::appendTo(std::string& out) const {
-  assert(!walked_);
   if (isNumber_) {
     number_.appendTo(out);
   } else {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,19 +15,22 @@ namespace zelvion {
 inline constexpr std::string_view kPowerName = "La puissance k";
 
 /// The digit-power transformation for one press of a button: k is read from its text when a digit is first
-/// worked on, and not again. For the four zero texts it is never read.
+/// worked on, and not again, and its powers are worked out once. For the four zero texts it is never read.
 class DigitPower {
  public:
   /// `kText` is k as typed.
   explicit DigitPower(std::string kText) : kText_(std::move(kText)) {}
+  explicit DigitPower(std::int32_t k) : k_(k) {}
 
-  /// The transformation for k, or null for a k below 1, whose images are empty. Throws std::invalid_argument,
-  /// with a French sentence, if the text of k is no number or out of range.
+  /// k. Throws Refusal if its text is no number or out of range.
+  std::int32_t k();
+
+  /// The transformation for k, or null for a k below 1, whose images are empty. Throws as k().
   Transformation* transformation();
 
  private:
   std::string kText_;
-  bool read_ = false;
+  std::optional<std::int32_t> k_;
   std::optional<Transformation> transformation_;
 };
 
@@ -36,15 +41,13 @@ class Orbit {
   /// `power` has to outlive the orbit.
   Orbit(DigitPower& power, std::string start) : power_(power), text_(std::move(start)) {}
 
-  /// Goes on to the image of the current value. Throws std::invalid_argument or std::length_error, with a
-  /// French sentence, if the value or k cannot be worked on; the current value then stays.
-  void advance();
-
-  /// Goes on by up to silhouettes.size() steps at once and puts the silhouettes of the values into
-  /// `silhouettes`. Returns how many steps it was: none unless the current value is a number whose image is
-  /// short. Behind one or more steps the current value is known by its silhouette alone until the next
-  /// `advance`: text() and appendTo() have to wait for that.
-  std::size_t walk(std::span<PackedSilhouette> silhouettes);
+  /// Goes on to the image of the current value. Throws Refusal if the value or k cannot be worked on; the
+  /// current value then stays.
+  void advance() { advance({}); }
+  /// The same by up to between.size() + 1 steps at once: the silhouettes of the values before the last one go
+  /// into `between`. Returns how many steps it was: more than one only where the current value is a number
+  /// and the images are short.
+  std::size_t advance(std::span<PackedSilhouette> between);
 
   /// Whether the current value is held as a number.
   bool isNumber() const noexcept { return isNumber_; }
@@ -58,7 +61,6 @@ class Orbit {
   DigitPower& power_;
   std::string text_;
   bool isNumber_ = false;
-  bool walked_ = false;  ///< number_ is an earlier value
   Decimal number_;
   Silhouette silhouette_;
 };

@@ -3,32 +3,16 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <numeric>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "engine/arith/wide_vectors.h"
+#include "engine/text/refusal.h"
 
 namespace zelvion {
 namespace {
 
 constexpr std::size_t kBlock = 8;  // rows are whole blocks of limbs, so that loops over them have no rest
-
-// Counts of the digits 1 to 9 in nine fields of seven bits: four digits are counted by one look-up and one
-// addition, and a word holds the counts of up to 127 digits.
-constexpr unsigned kFieldBits = 7;
-constexpr std::size_t kLimbsPerWord = 15;
-
-constexpr std::array<std::uint64_t, 10'000> kPackedCounts = [] {
-  std::array<std::uint64_t, 10'000> table{};
-  for (unsigned group = 0; group < table.size(); ++group) {
-    for (unsigned rest = group; rest > 0; rest /= 10) {
-      if (rest % 10 > 0) table[group] += std::uint64_t{1} << (kFieldBits * (rest % 10 - 1));
-    }
-  }
-  return table;
-}();
 
 // sums[j] = the sum over the nine digits of count * row[j]. A sum is below kMaxCount * 10^8 < 2^47.
 ZELVION_WIDE_VECTORS void addProducts(const std::uint32_t* __restrict rows, std::size_t stride,
@@ -84,57 +68,7 @@ void settleRipples(std::vector<std::uint32_t>& limbs) {
   }
 }
 
-void unpackCounts(std::uint64_t word, Silhouette& silhouette) {
-  for (unsigned i = 0; i < 9; ++i) {
-    silhouette.counts[i] += static_cast<std::uint32_t>(word >> (kFieldBits * i)) & ((1U << kFieldBits) - 1);
-  }
-}
-
-std::uint32_t totalOf(const Silhouette& silhouette) {
-  return std::accumulate(silhouette.counts.begin(), silhouette.counts.end(), 0U);
-}
-
 }  // namespace
-
-std::optional<PackedSilhouette> packed(const Silhouette& silhouette) {
-  PackedSilhouette word = 0;
-  std::uint32_t any = 0;
-  for (unsigned i = 0; i < 9; ++i) {
-    word |= PackedSilhouette{silhouette.counts[i]} << (kFieldBits * i);
-    any |= silhouette.counts[i];
-  }
-  if (any >> kFieldBits != 0) return std::nullopt;
-  return word;
-}
-
-Silhouette unpacked(PackedSilhouette word) {
-  Silhouette silhouette;
-  unpackCounts(word, silhouette);
-  return silhouette;
-}
-
-Silhouette silhouetteOf(const Decimal& number) {
-  Silhouette silhouette;
-  std::span<const Decimal::Limb> limbs = number.limbs();
-  while (!limbs.empty()) {
-    const std::size_t size = std::min(limbs.size(), kLimbsPerWord);
-    std::uint64_t word = 0;
-    for (const Decimal::Limb limb : limbs.first(size)) {
-      word += kPackedCounts[limb / 10'000] + kPackedCounts[limb % 10'000];
-    }
-    unpackCounts(word, silhouette);
-    limbs = limbs.subspan(size);
-  }
-  return silhouette;
-}
-
-Silhouette silhouetteOf(std::string_view digits) {
-  Silhouette silhouette;
-  for (const char c : digits) {
-    if (c >= '1' && c <= '9') ++silhouette.counts[static_cast<std::size_t>(c - '1')];
-  }
-  return silhouette;
-}
 
 Transformation::Transformation(std::int32_t k) : k_(k) {
   assert(k >= 1);
@@ -231,10 +165,10 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
   return silhouetteOf(image);
 }
 
-std::size_t Transformation::walk(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes) {
+std::size_t Transformation::iterate(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes) {
   if (!inVectors(silhouette)) return 0;
-  return vector_image::walk(vectorRows_.data(), vectors(), silhouette.counts.data(), silhouettes.data(),
-                            silhouettes.size());
+  return vector_image::iterate(vectorRows_.data(), vectors(), silhouette.counts.data(), silhouettes.data(),
+                               silhouettes.size());
 }
 
 Decimal Transformation::image(const Silhouette& silhouette) {
@@ -274,10 +208,9 @@ Decimal Transformation::power(int digit) const {
 }
 
 void Transformation::refuse(std::size_t digits) const {
-  throw std::length_error("Avec la puissance k = " + std::to_string(k_) + ", le transformé aurait " +
-                          std::to_string(digits) + " chiffres ; le maximum est de " +
-                          std::to_string(kMaxImageDigits) +
-                          " chiffres. Choisissez une puissance k plus petite.");
+  throw Refusal("Avec la puissance k = " + std::to_string(k_) + ", le transformé aurait " +
+                std::to_string(digits) + " chiffres ; le maximum est de " + std::to_string(kMaxImageDigits) +
+                " chiffres. Choisissez une puissance k plus petite.");
 }
 
 }  // namespace zelvion

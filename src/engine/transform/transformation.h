@@ -1,37 +1,17 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "engine/arith/decimal.h"
+#include "engine/transform/silhouette.h"
 #include "engine/transform/vector_image.h"
 
 namespace zelvion {
-
-/// How many digits 1, 2, ... 9 a number has: counts[0] is for the digit 1, counts[8] for the digit 9.
-struct Silhouette {
-  std::array<std::uint32_t, 9> counts{};
-
-  friend bool operator==(const Silhouette&, const Silhouette&) = default;
-};
-
-/// A silhouette in one word: nine counts of at most 127 in seven bits each, that of the digit 1 lowest. Two
-/// silhouettes that fit a word are equal where their words are.
-using PackedSilhouette = std::uint64_t;
-/// The word, or nothing if a count is above 127.
-std::optional<PackedSilhouette> packed(const Silhouette& silhouette);
-Silhouette unpacked(PackedSilhouette word);
-
-/// The silhouette of the number.
-Silhouette silhouetteOf(const Decimal& number);
-/// The silhouette of a text of digits; other characters are passed over.
-Silhouette silhouetteOf(std::string_view digits);
 
 /// What stands between the numbers of a list.
 inline constexpr std::string_view kListSeparator = ", ";
@@ -50,8 +30,8 @@ class Transformation {
   explicit Transformation(std::int32_t k);
 
   /// Puts the image of every number with this silhouette into `image` and returns the silhouette of the
-  /// image. Throws std::length_error, with a French sentence that tells the length of the image, if it would
-  /// have more than kMaxImageDigits digits.
+  /// image. Throws Refusal, whose sentence tells the length of the image, if it would have more than
+  /// kMaxImageDigits digits.
   Silhouette apply(const Silhouette& silhouette, Decimal& image);
   Decimal image(const Silhouette& silhouette);
   /// Appends the texts of the images of many silhouettes to `list`, kListSeparator before each. Throws as
@@ -59,8 +39,9 @@ class Transformation {
   void appendImages(std::span<const PackedSilhouette> silhouettes, std::string& list);
   /// Goes from `silhouette` to the silhouettes of the images that follow, which go into `silhouettes`; the
   /// last one goes into `silhouette`, too. Returns how many steps were taken: all of them as a rule, fewer or
-  /// none where an image is long or a count does not fit, which takes an `apply`.
-  std::size_t walk(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
+  /// none where an image is long or a count does not fit, which takes an `apply`. An `apply` to what any step
+  /// led to is not refused.
+  std::size_t iterate(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
 
   std::int32_t k() const noexcept { return k_; }
   /// The k-th power of `digit`, 1 to 9, which must not be longer than kMaxImageDigits.

@@ -264,7 +264,8 @@ bool applyTo(const RowPair* rows, std::uint32_t* counts, std::uint32_t* limbs) {
 }
 
 template <std::size_t kVectors>
-std::size_t walkFrom(const RowPair* rows, std::uint32_t* counts, std::uint64_t* packed, std::size_t steps) {
+std::size_t iterateFrom(const RowPair* rows, std::uint32_t* counts, std::uint64_t* packed,
+                        std::size_t steps) {
   Counts current = load(counts);
   std::size_t done = 0;
   for (; done < steps; ++done) {
@@ -300,7 +301,7 @@ template <std::size_t... kIndices>
 struct Functions {
   static constexpr decltype(&applyTo<1>) kApply[] = {applyTo<kIndices + 1>...};
   static constexpr decltype(&writeBackwards<1>) kWrite[] = {writeBackwards<kIndices + 1>...};
-  static constexpr decltype(&walkFrom<1>) kWalk[] = {walkFrom<kIndices + 1>...};
+  static constexpr decltype(&iterateFrom<1>) kIterate[] = {iterateFrom<kIndices + 1>...};
 };
 template <std::size_t... kIndices>
 Functions<kIndices...> functionsFor(std::index_sequence<kIndices...>);
@@ -317,10 +318,10 @@ bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std:
   return AllFunctions::kApply[vectors - 1](rows, counts, limbs);
 }
 
-std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
-                 std::size_t steps) noexcept {
+std::size_t iterate(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
+                    std::size_t steps) noexcept {
   assert(vectors >= 1 && vectors <= kMaxVectors);
-  return AllFunctions::kWalk[vectors - 1](rows, counts, packed, steps);
+  return AllFunctions::kIterate[vectors - 1](rows, counts, packed, steps);
 }
 
 char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
@@ -341,7 +342,7 @@ bool isSupported() noexcept {
 bool apply(const RowPair*, std::size_t, std::uint32_t*, std::uint32_t*) noexcept {
   return false;
 }
-std::size_t walk(const RowPair*, std::size_t, std::uint32_t*, std::uint64_t*, std::size_t) noexcept {
+std::size_t iterate(const RowPair*, std::size_t, std::uint32_t*, std::uint64_t*, std::size_t) noexcept {
   return 0;
 }
 char* write(const RowPair*, std::size_t, const std::uint64_t*, std::size_t, const char*, char*) noexcept {

@@ -35,8 +35,8 @@ bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std:
 /// Goes from the silhouette `counts` to the silhouettes of up to `steps` images, one after another, which go
 /// into `packed` with seven bits for each count, and the last one into `counts`. Returns how many there are:
 /// it stops before a carry through a limb of nines and before a count above 127.
-std::size_t walk(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
-                 std::size_t steps) noexcept;
+std::size_t iterate(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
+                    std::size_t steps) noexcept;
 
 /// Writes the images of `count` silhouettes in words as texts in a row that ends at `end`, each behind the
 /// kSeparatorSize characters of `separator`, and returns where the first one begins. The last one is written

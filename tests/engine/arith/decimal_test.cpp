@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 #include "engine/arith/gmp.h"
 
 namespace zelvion {

@@ -17,7 +17,8 @@ TEST(MultisetWalk, CountsAllAndPassesNoHitBy) {
                                             {7, 0, 9},  {10, 0, 10},   {14, 2, 6}, {17, 2, 7}, {24, 1, 6},
                                             {39, 8, 5}, {200, 100, 5}, {3, 3, 4}};
   for (const auto& [k, nines, greatest] : rows) {
-    MultisetWalk walk(k, nines);
+    DigitPower power(k);
+    MultisetWalk walk(power, nines);
     const testing::PlainPower plain(static_cast<unsigned>(k));
     for (int digits = 1; digits <= greatest; ++digits) {
       const std::vector<std::string>& candidates = candidatesOf(digits);

@@ -1,11 +1,11 @@
 #include "engine/transform/transformation.h"
+#include "engine/text/refusal.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <limits>
 #include <random>
-#include <stdexcept>
 
 #include "engine/plain_power.h"
 #include "engine/transform/orbit.h"
@@ -66,7 +66,7 @@ TEST(Transformation, WalksAndTextsAgreeWithGmp) {
     std::vector<PackedSilhouette> silhouettes(20);
     Silhouette current = silhouetteOf("789");
     std::string value = "789";
-    const std::size_t steps = transformation.walk(current, silhouettes);
+    const std::size_t steps = transformation.iterate(current, silhouettes);
     for (std::size_t i = 0; i < steps; ++i) {
       value = imageOf(k, silhouetteOf(value));
       ASSERT_EQ(unpacked(silhouettes[i]), silhouetteOf(value)) << k << " " << i;
@@ -101,12 +101,12 @@ TEST(Transformation, RefusesImagesOfMoreThanAMillionDigits) {
   Decimal image;
   Transformation beyond(1'100'000);  // the power of 9 is too long, that of 8 is not
   expectExact(beyond, {{7, 0, 0, 0, 0, 0, 1, 1, 0}}, image);
-  EXPECT_THROW(beyond.apply(nines(1), image), std::length_error);
+  EXPECT_THROW(beyond.apply(nines(1), image), Refusal);
   Transformation greatest(std::numeric_limits<std::int32_t>::max());
   EXPECT_EQ(greatest.image({{123'456}}).text(), "123456");
-  EXPECT_THROW(greatest.apply({{0, 1}}, image), std::length_error);
+  EXPECT_THROW(greatest.apply({{0, 1}}, image), Refusal);
   Transformation last(1'047'951);
-  EXPECT_THROW(last.apply(nines(5), image), std::length_error);
+  EXPECT_THROW(last.apply(nines(5), image), Refusal);
   expectExact(last, nines(4), image);
   EXPECT_EQ(image.digits(), Transformation::kMaxImageDigits);
 }

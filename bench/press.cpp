@@ -38,7 +38,7 @@ void pressEnumerator(Measure& measure, const std::string& name) {
   measure.answer = program.form.RichTextBox1.Text;
 }
 
-// `count` images of p in a run, as texts, with the powers; or else the ones behind the first image, without.
+// `count` images of p in a run, as texts, with the powers; or else those after the first image, without.
 void images(Measure& measure, const std::string& k, const std::string& p, int count, bool later) {
   std::vector<std::string> texts(static_cast<std::size_t>(count));
   std::optional<Transformation> transformation;

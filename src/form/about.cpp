@@ -81,7 +81,7 @@ void About::click(std::string_view name) {
   try {
     if (const auto* handler = findHandler(kHandlers, name)) (this->*handler->run)();
   } catch (...) {
-    reportFailure(desktop_, std::string(table().caption));
+    reportFailure(desktop_, [this] { return std::string(table().caption); });
   }
 }
 

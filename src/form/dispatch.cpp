@@ -41,7 +41,7 @@ std::string reasonOf(const std::error_code& error) {
   return "erreur " + std::to_string(error.value()) + " du système";
 }
 
-void reportFailure(Desktop& desktop, const std::string& title) noexcept {
+void reportFailure(Desktop& desktop, const std::function<std::string()>& title) noexcept {
   try {
     std::string sentence;
     try {
@@ -54,7 +54,7 @@ void reportFailure(Desktop& desktop, const std::string& title) noexcept {
     } catch (...) {
       sentence = "Une erreur imprévue a arrêté le calcul.";
     }
-    desktop.message(sentence, Buttons::Ok, title);
+    desktop.message(sentence, Buttons::Ok, title());
   } catch (...) {
     // Without the memory for a message box there is nothing left to say it with; the window stays usable.
     return;

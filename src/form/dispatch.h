@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -25,8 +26,9 @@ const Handler<F>* findHandler(const std::array<Handler<F>, N>& handlers, std::st
   return found == handlers.end() ? nullptr : &*found;
 }
 
-/// Tells what stopped a handler: to be called where its exception was caught. It never throws.
-void reportFailure(Desktop& desktop, const std::string& title) noexcept;
+/// Tells what stopped a handler, in a box with the title that `title` makes: to be called where its exception
+/// was caught. It never throws.
+void reportFailure(Desktop& desktop, const std::function<std::string()>& title) noexcept;
 
 /// Why the system refused something, as a French clause.
 std::string reasonOf(const std::error_code& error);

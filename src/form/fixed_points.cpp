@@ -238,7 +238,7 @@ void Velmoire::boucle13K58() {
   inform("fin boucle13 pour k=58 avec j= " + std::to_string(j));
 }
 
-// The candidates that the sieve keeps from the test would leave "rien" behind, and only the last one's
+// The candidates that the sieve keeps from the test would leave "rien", and only the last one's
 // outcome lasts: so that one is tested in any case.
 std::int32_t Velmoire::enumerateHigh(int digits, const HighOrder& order) {
   const std::string lastCandidate(static_cast<std::size_t>(digits), '9');

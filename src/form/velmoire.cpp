@@ -78,7 +78,7 @@ void Velmoire::click(std::string_view name) {
   try {
     if (const auto* handler = findHandler(kHandlers, name)) (this->*handler->run)();
   } catch (...) {
-    reportFailure(desktop_, standardTitle());
+    reportFailure(desktop_, [this] { return standardTitle(); });
   }
 }
 

@@ -22,18 +22,17 @@ struct TextControl {
 };
 
 /// The main form: the texts of its controls, and every operation of the program. The operations stand here by
-/// subsystem, each subsystem's in a folder of its own under src/.
+/// subsystem, and each subsystem's are implemented in a file of its own.
 ///
 /// A number is an `ent` text: decimal digits, the highest first, with one "-" in front if it is negative. An
-/// operation that meets a text it cannot work on throws std::invalid_argument or std::length_error with a
-/// French sentence, which `click` turns into a message box; it has changed nothing from that moment on.
+/// operation that meets a text it cannot work on throws Refusal, which `click` turns into a message
+/// box; it has changed nothing from that moment on.
 class Velmoire : public Form {
  public:
   /// The form takes its defaults at once. `desktop` has to outlive it.
   explicit Velmoire(Desktop& desktop);
 
   // Window
-  // ---------------------------------------------------------------------------------------------------
 
   const FormTable& table() const override;
   std::string* text(std::string_view name) override;
@@ -50,7 +49,6 @@ class Velmoire : public Form {
   const std::string Caption;  ///< the title of the window
 
   // Handlers: one for each button and menu item
-  // ----------------------------------------------------------------
 
   void Form_Load();         ///< sets the defaults: k = 3, start point 17, p = 789
   void Quitter_Click();     ///< closes the window, which ends the program
@@ -78,8 +76,7 @@ class Velmoire : public Form {
   void mnuInfo_Click();     ///< shows the instructions
   void mnuHtml_Click();     ///< opens the page of instructions
 
-  // Decimal arithmetic (src/arith)
-  // -----------------------------------------------------------------------------
+  // Decimal arithmetic
 
   /// The greater of two numbers: by sign, then length, then digits.
   static std::string Maxi(const std::string& ent1, const std::string& ent2);
@@ -117,14 +114,12 @@ class Velmoire : public Form {
   /// Whether two texts of digits have the same silhouette.
   static bool idem(const std::string& enti, const std::string& entj);
 
-  // The transformation (src/transform)
-  // -------------------------------------------------------------------------
+  // The transformation
 
   /// The image of `ent` under the power in `ordrek`.
   std::string sommepuis(const std::string& ent);
 
-  // Cycles (src/cycles)
-  // ----------------------------------------------------------------------------------------
+  // Cycles
 
   /// The list of the cycle of order `ord` through `ent`, and its extreme points; `ent` becomes the last one
   /// listed.
@@ -134,8 +129,7 @@ class Velmoire : public Form {
   /// A number of seconds in days, hours, minutes and seconds; `Valeur` keeps the seconds that remain.
   static std::string ConvertirSecondes(std::int32_t& Valeur);
 
-  // Census and silhouettes (src/silhouettes)
-  // -------------------------------------------------------------------
+  // Census and silhouettes
 
   /// The counts of the digits 9 to 0 in `ent`: "(1, 1, 1, 0, 0, 0, 0, 0, 0, 0)" for 789.
   static std::string Nbchif(const std::string& ent);
@@ -156,8 +150,7 @@ class Velmoire : public Form {
   /// The counts of the digits 9 to 1 in `ent`.
   static std::string Sil(const std::string& ent);
 
-  // Fixed points (src/fixedpoints)
-  // -----------------------------------------------------------------------------
+  // Fixed points
 
   // Each tests every multiset of so many non-zero digits, and PfixeK those that can be fixed; boucle1 the ten
   // digits.

@@ -1,4 +1,6 @@
 
+#include <functional>
+
 #include "engine/fixedpoints/candidates.h"
 #include "form/form_test.h"
 
@@ -60,7 +62,7 @@ TEST_F(FixedPoints, SearchesListThemInTheOrderFound) {
                                   "32164049650, 40028394225, 42678290603, 49388550606, 32164049651, "
                                   "44708635679, 94204591914, 82693916578, "}};
   for (const auto& [k, list] : rows) expectSearch(k, list);
-  for (const char* k : {"0", "-3", "0.5", "14", "37", "57", "59", "300"}) expectSearch(k, "");
+  for (const char* k : {"0", "-3", "0.5", "14", "37", "57", "59", "300", "32766.4"}) expectSearch(k, "");
 }
 
 TEST_F(FixedPoints, KWithDecimalsIsRoundedButRunsTheWholeCascade) {
@@ -118,6 +120,26 @@ TEST_F(FixedPoints, NinesInFrontCountInTheGreatestLength) {
     EXPECT_NO_THROW((form_.*test)(std::string(32'766 - nines, '1'))) << k;
     EXPECT_THROW((form_.*test)(std::string(32'767 - nines, '1')), Refusal) << k;
   }
+}
+
+TEST_F(FixedPoints, LimitsOfKAreThoseOfTheCandidates) {
+  const auto refusal = [&](const std::string& k, const std::function<void()>& run) -> std::string {
+    form_.ordrek.Text = k;
+    try {
+      run();
+    } catch (const Refusal& refused) {
+      return std::string(refused.what()).substr(std::string(refused.what()).rfind(' ') + 1);
+    }
+    return "";
+  };
+  EXPECT_EQ(refusal("32776", [&] { form_.boucle2(); }), "");
+  EXPECT_EQ(refusal("32777", [&] { form_.boucle2(); }), "32776.");
+  EXPECT_EQ(refusal("32767,5", [&] { form_.boucle11(); }), "32767.");
+  EXPECT_EQ(refusal("32780", [&] { form_.PfixeK("1"); }), "32778.");
+  EXPECT_EQ(refusal("-1e9", [&] { form_.PfixeK("1"); }), "3.");
+  EXPECT_EQ(refusal("-3000000000", [&] { form_.PfixeK("1"); }), "2147483647.");
+  form_.ordrek.Text = "99999999999";
+  EXPECT_TRUE(press("Command5", {Answer::Yes, Answer::Ok})[1].ends_with(" 32766."));
 }
 
 TEST_F(FixedPoints, EnumeratorsTestEachMultisetOnce) {

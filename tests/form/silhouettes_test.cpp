@@ -27,10 +27,22 @@ TEST_F(Silhouettes, CountsOfDigits) {
   EXPECT_THROW(Velmoire::Classenbre(accents(32'767)), Refusal);
 }
 
+TEST_F(Silhouettes, EqualOnes) {
+  EXPECT_TRUE(Velmoire::idem("10235", "-53 21") && Velmoire::idem("", "0"));
+  EXPECT_FALSE(Velmoire::idem("12", "122") || Velmoire::idem("5", "6") || Velmoire::idem("", "9"));
+  EXPECT_THROW(Velmoire::idem("", std::string(32'767, '0')), Refusal);
+}
+
 TEST_F(Silhouettes, FortyCharacters) {
-  for (const std::size_t length : {0U, 1U, 32U, 33U, 34U, 50U}) {
+  for (const std::size_t length : {0U, 1U, 32U, 33U, 34U, 32'767U}) {
     const std::size_t kept = std::min<std::size_t>(length, 33);
     EXPECT_EQ(Velmoire::Complete9(accents(length)), accents(kept) + "9999999" + std::string(33 - kept, '3'));
+  }
+  try {
+    Velmoire::Complete9(accents(32'768));
+    FAIL();
+  } catch (const Refusal& refused) {
+    EXPECT_NE(std::string(refused.what()).find("il a 32768 caractères, et 32767 au plus"), std::string::npos);
   }
   const std::tuple<std::size_t, std::size_t, bool> rows[] = {
       {7, 33, true}, {6, 34, false}, {40, 0, true}, {39, 0, false}, {41, 0, false}};
@@ -75,7 +87,8 @@ TEST_F(Silhouettes, Numbers) {
   }
   for (const char* k : {"", "x", "32768", "-32768", "99999999999"}) {
     form_.ordrek.Text = k;
-    EXPECT_TRUE(refuses("Command11", "La puissance k")) << k;
+    const bool outside = std::string(k).size() > 1;
+    EXPECT_TRUE(refuses("Command11", outside ? "de -32767 à 32767." : "La puissance k")) << k;
   }
   desktop_.expect(Answer::Ok, 2);
   form_.Cpteboucle23();

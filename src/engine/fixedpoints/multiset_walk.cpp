@@ -103,47 +103,44 @@ std::size_t MultisetWalk::tailPlace(std::size_t tail) const {
   return tail / kLanes * kLanes * size_ + tail % kLanes;
 }
 
-// Makes the table of tails of `length` digits: behind a first digit d come the tails of one digit less that
-// have no digit above d, which stand at the front of their table.
 void MultisetWalk::buildTails(int length) {
+  if (tails_.numbers.empty() || length < tails_.length) {
+    tails_ = {0,
+              {0},
+              {0},
+              std::vector<Short>(vector_sieve::kLanes),
+              std::vector<Short>(size_ * vector_sieve::kLanes)};
+  }
+  while (tails_.length < length) tails_ = extended(tails_);
+  assert(tails_.numbers.size() <= std::numeric_limits<Short>::max());
+  places_.resize(tails_.numbers.size());
+}
+
+// After a first digit d come those tails that have no digit above d, which stand at the front of their table.
+MultisetWalk::Tails MultisetWalk::extended(const Tails& tails) const {
   using vector_sieve::kLanes;
-  if (tailNumbers_.empty() || length < tailLength_) {
-    tailLength_ = 0;
-    tailNumbers_ = {0};
-    tailWeights_ = {0};
-    coarseTailWeights_ = {0};
-    tailSums_.assign(size_ * kLanes, 0);
-  }
-  for (; tailLength_ < length; ++tailLength_) {
-    const auto unit = static_cast<std::uint32_t>(std::pow(10, tailLength_));
-    const std::size_t blocks = (tailsUpTo(9, tailLength_ + 1) + kLanes - 1) / kLanes;
-    std::vector<std::uint32_t> numbers;
-    std::vector<std::uint32_t> weights;
-    std::vector<Short> coarseWeights;
-    std::vector<Short> sums(blocks * kLanes * size_);
-    for (std::uint32_t digit = 1; digit <= 9; ++digit) {
-      const Short* power = &powers_[digit * size_];
-      const std::size_t behind = tailsUpTo(static_cast<int>(digit), tailLength_);
-      for (std::size_t i = 0; i < behind; ++i) {
-        const Short* from = &tailSums_[tailPlace(i)];
-        Short* to = &sums[tailPlace(numbers.size())];
-        std::uint32_t carry = 0;
-        for (std::size_t limb = 0; limb < size_; ++limb) {
-          to[limb * kLanes] = addLimbs(power[limb], from[limb * kLanes], carry);
-        }
-        numbers.push_back(digit * unit + tailNumbers_[i]);
-        weights.push_back(weights_[digit] + tailWeights_[i]);
-        coarseWeights.push_back(static_cast<Short>(coarseWeights_[digit] + coarseTailWeights_[i]));
+  const auto unit = static_cast<std::uint32_t>(std::pow(10, tails.length));
+  const std::size_t blocks = (tailsUpTo(9, tails.length + 1) + kLanes - 1) / kLanes;
+  Tails longer;
+  longer.length = tails.length + 1;
+  longer.sums.resize(blocks * kLanes * size_);
+  for (std::uint32_t digit = 1; digit <= 9; ++digit) {
+    const Short* power = &powers_[digit * size_];
+    const std::size_t count = tailsUpTo(static_cast<int>(digit), tails.length);
+    for (std::size_t i = 0; i < count; ++i) {
+      const Short* from = &tails.sums[tailPlace(i)];
+      Short* to = &longer.sums[tailPlace(longer.numbers.size())];
+      std::uint32_t carry = 0;
+      for (std::size_t limb = 0; limb < size_; ++limb) {
+        to[limb * kLanes] = addLimbs(power[limb], from[limb * kLanes], carry);
       }
+      longer.numbers.push_back(digit * unit + tails.numbers[i]);
+      longer.weights.push_back(weights_[digit] + tails.weights[i]);
+      longer.coarseWeights.push_back(static_cast<Short>(coarseWeights_[digit] + tails.coarseWeights[i]));
     }
-    coarseWeights.resize(blocks * kLanes);
-    tailNumbers_.swap(numbers);
-    tailWeights_.swap(weights);
-    coarseTailWeights_.swap(coarseWeights);
-    tailSums_.swap(sums);
   }
-  assert(tailNumbers_.size() <= std::numeric_limits<Short>::max());
-  places_.resize(tailNumbers_.size());
+  longer.coarseWeights.resize(blocks * kLanes);
+  return longer;
 }
 
 std::int32_t MultisetWalk::run(int digits, const Survivor& survivor) {
@@ -158,7 +155,7 @@ std::int32_t MultisetWalk::run(int digits, const Survivor& survivor) {
 }
 
 void MultisetWalk::descend(int digits, int greatest, FrontWeight weight) {
-  if (digits == tailLength_) {
+  if (digits == tails_.length) {
     testTails(greatest, weight);
     return;
   }
@@ -176,10 +173,10 @@ void MultisetWalk::descend(int digits, int greatest, FrontWeight weight) {
 }
 
 void MultisetWalk::testTails(int greatest, FrontWeight weight) {
-  const std::size_t count = tailsUpTo(greatest, tailLength_);
+  const std::size_t count = tailsUpTo(greatest, tails_.length);
   const auto test = [&](std::size_t tail) {
-    if (passes(tail, weight.fine + tailWeights_[tail])) {
-      (*survivor_)(front_ + std::to_string(tailNumbers_[tail]));
+    if (passes(tail, weight.fine + tails_.weights[tail])) {
+      (*survivor_)(front_ + std::to_string(tails_.numbers[tail]));
     }
   };
   const std::uint32_t width = 2 * tolerance_;
@@ -187,7 +184,7 @@ void MultisetWalk::testTails(int greatest, FrontWeight weight) {
     for (std::size_t tail = 0; tail < count; ++tail) test(tail);
     return;
   }
-  const vector_sieve::Tails tails{count, size_, tailSums_.data(), coarseTailWeights_.data()};
+  const vector_sieve::Tails tails{count, size_, tails_.sums.data(), tails_.coarseWeights.data()};
   const std::uint32_t offset = tolerance_ - weight.coarse;
   const std::size_t left = vector_sieve::sift(tails, frontSum(), coarseBytes_, static_cast<Short>(offset),
                                               static_cast<Short>(width), places_.data());
@@ -196,7 +193,7 @@ void MultisetWalk::testTails(int greatest, FrontWeight weight) {
 
 bool MultisetWalk::passes(std::size_t tail, std::uint32_t target) const {
   const Short* front = frontSum();
-  const Short* sum = &tailSums_[tailPlace(tail)];
+  const Short* sum = &tails_.sums[tailPlace(tail)];
   std::uint32_t reached = 0;
   std::uint32_t carry = 0;
   for (std::size_t i = 0; i < size_; ++i) {

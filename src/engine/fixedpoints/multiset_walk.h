@@ -28,7 +28,7 @@ class MultisetWalk {
  public:
   using Survivor = std::function<void(const std::string& candidate)>;
 
-  /// The most digits that a candidate has behind its nines.
+  /// The most digits that a candidate has after its nines.
   static constexpr int kMaxDigits = 23;
 
   /// `nines` (0 or more) tells how many nines stand in front of the digits of a candidate. The powers of the
@@ -47,8 +47,19 @@ class MultisetWalk {
   /// A limb of four digits, or the coarse weight of one.
   using Short = std::uint16_t;
 
+  /// The tails of `length` digits, ascending.
+  struct Tails {
+    int length = 0;
+    std::vector<std::uint32_t> numbers;
+    std::vector<std::uint32_t> weights;
+    std::vector<Short> coarseWeights;  ///< up to whole blocks of the sieve
+    std::vector<Short> sums;           ///< of powers, as vector_sieve has them
+  };
+
   void prepare(const Transformation& transformation);
   void buildTails(int length);
+  /// `tails` with one digit more in front.
+  Tails extended(const Tails& tails) const;
   /// The weights of the nines and the digits in front of a tail.
   struct FrontWeight {
     std::uint32_t fine;
@@ -75,15 +86,11 @@ class MultisetWalk {
   std::string front_;             ///< the digits of the candidate in front of its tail
   std::vector<Short> frontSums_;  ///< the sums of the powers of the nines, and of them and each digit more
 
-  int tailLength_ = 0;
-  std::vector<std::uint32_t> tailNumbers_;  ///< the tails of tailLength_ digits, ascending
-  std::vector<std::uint32_t> tailWeights_;
-  std::vector<Short> tailSums_;  ///< their sums of powers, as vector_sieve has them
+  Tails tails_;
 
   std::array<Short, 10> coarseWeights_{};  ///< of the digits 0 to 9, modulo 2^16 like all that come of them
   vector_sieve::DigitWeights coarseBytes_{};  ///< the same
-  std::vector<Short> coarseTailWeights_;
-  std::vector<Short> places_;  ///< of the tails that the vectors leave
+  std::vector<Short> places_;                 ///< of the tails that the vectors leave
 };
 
 }  // namespace zelvion

@@ -9,7 +9,7 @@ namespace zelvion::vector_sieve {
 /// As many candidates are looked at together.
 constexpr std::size_t kLanes = 16;
 
-/// The weights of the digits modulo 2^16, their lower and their higher bytes apart; 0 behind the ten digits.
+/// The weights of the digits modulo 2^16, their lower and their higher bytes apart; 0 after the ten digits.
 struct DigitWeights {
   alignas(16) std::uint8_t low[16];
   alignas(16) std::uint8_t high[16];

@@ -19,6 +19,10 @@ using Vector = __m256i;
 
 constexpr int kLimbBase = 10'000;
 
+// The greatest sum of a limb: of kMaxCount powers, or of 127 of each digit, where the limb of 1 is 1 or 0.
+constexpr int kMaxSum = 8 * 127 * (kLimbBase - 1) + 127;
+static_assert(kMaxCount * (kLimbBase - 1) < kMaxSum && kMaxSum < 1'024 * kLimbBase);
+
 // A call would take the vectors out of their registers.
 #define ZELVION_INLINE [[gnu::always_inline]] inline
 
@@ -29,7 +33,7 @@ struct Counts {
 };
 
 Counts load(const std::uint32_t* counts) {
-  // Read in halves: the caller has copied the silhouette so, and a load of 32 bytes right behind two stores
+  // Read in halves: the caller has copied the silhouette so, and a load of 32 bytes right after two stores
   // of 16 would wait until these have reached the cache.
   const auto* halves = reinterpret_cast<const __m128i*>(counts);
   const __m128i low = _mm_packus_epi32(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
@@ -68,15 +72,6 @@ Counts unpack(std::uint64_t packed) {
           _mm256_set1_epi32(static_cast<int>(packed >> 56))};
 }
 
-// Of counts of at most 255.
-std::uint32_t totalOf(const Counts& counts) {
-  const __m128i low = _mm256_castsi256_si128(counts.low);
-  const __m128i halves = _mm_sad_epu8(low, _mm_setzero_si128());
-  const __m128i sum = _mm_add_epi32(_mm_add_epi32(halves, _mm_unpackhi_epi64(halves, halves)),
-                                    _mm256_castsi256_si128(counts.nine));
-  return static_cast<std::uint32_t>(_mm_cvtsi128_si32(sum));
-}
-
 // The lanes of `vector` go one place up; the highest of `below` comes in.
 Vector shiftUp(Vector vector, Vector below) {
   const Vector halfBelow = _mm256_permute2x128_si256(below, vector, 0x21);
@@ -107,9 +102,9 @@ struct Limbs {
       const Vector sum = _mm256_add_epi32(_mm256_add_epi32(_mm256_add_epi32(products[0], products[1]),
                                                            _mm256_add_epi32(products[2], products[3])),
                                           products[4]);
-      static_assert(kMaxCount * (kLimbBase - 1) < 1 << 23, "a float holds a sum exactly");
-      // A sum s is at most 416 * 9,999. (s + 1/2) / 10,000 is no nearer to a whole number than 1/20,000, and
-      // all roundings together are less than 1/37,000, so that the quotient is exact.
+      // A sum s is at most kMaxSum. (s + 1/2) / 10,000 is no nearer to a whole number than 1/20,000, the
+      // float 1e-4 makes it less by at most 1/38,000, and what is below 1,024 is then rounded by at most
+      // 1/32,768, from no side of a whole number to the other: the quotient is exact.
       const Vector quotient = _mm256_cvttps_epi32(
           _mm256_fmadd_ps(_mm256_cvtepi32_ps(sum), _mm256_set1_ps(1e-4F), _mm256_set1_ps(0.5e-4F)));
       of[v] = _mm256_add_epi32(_mm256_sub_epi32(sum, _mm256_madd_epi16(quotient, base)),
@@ -286,7 +281,7 @@ char* writeBackwards(const RowPair* rows, const std::uint64_t* packed, std::size
   while (count-- > 0) {
     const Counts counts = unpack(packed[count]);
     Limbs<kVectors> image{};
-    if (totalOf(counts) > kMaxCount || !image.sum(rows, counts)) return nullptr;
+    if (!image.sum(rows, counts)) return nullptr;
     const std::size_t digits = image.write(end);
     if (digits == 0) return nullptr;
     end -= digits + kSeparatorSize;

@@ -38,11 +38,12 @@ bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std:
 std::size_t iterate(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint64_t* packed,
                     std::size_t steps) noexcept;
 
-/// Writes the images of `count` silhouettes in words as texts in a row that ends at `end`, each behind the
+/// Writes the images of `count` silhouettes in words as texts in a row that ends at `end`, each after the
 /// kSeparatorSize characters of `separator`, and returns where the first one begins. The last one is written
 /// first, so that the zeros in front of a text lie where the one before it goes: there has to be room for the
-/// separator and all digits of the vectors for each. Returns null where an image is zero or cannot be worked
-/// out, for a carry as above or for more digits than kMaxCount in a silhouette; the room is scratch then.
+/// separator and all digits of the vectors for each. Returns null where an image is zero or a carry runs
+/// through a limb of nines; the room is scratch then. An image is never too long: 127 powers of each digit
+/// add up to less than kMaxCount of the digit 9, or for k = 1 and 2 to a few digits.
 char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
             const char* separator, char* end) noexcept;
 

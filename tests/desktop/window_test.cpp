@@ -304,7 +304,7 @@ TEST_F(WindowTest, CycleSearchTellsAndRecords) {
 
   // A result that cannot be written is told, and shown all the same.
   ASSERT_TRUE(file.remove() && QDir().mkdir(path));
-  expectBox(kCaption + " Puissance k= 3", "*« " + path + " » : c'est un dossier*");
+  expectBox(kCaption + " Puissance k= 3", "*" + path + "*c’est un dossier*");
   expectTime();
   expectBox(title, report);
   press("Command3");

@@ -1,0 +1,64 @@
+#include "command/progress_line.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "command/run.h"
+#include "command/typography.h"
+
+namespace zelvion::command {
+
+ProgressLine::ProgressLine(const Environment& environment, std::function<Standing()> standing)
+    : err_(environment.err), standing_(std::move(standing)), start_(std::chrono::steady_clock::now()) {
+  if (environment.errIsTerminal) thread_ = std::thread([this] { run(); });
+}
+
+ProgressLine::~ProgressLine() {
+  if (!thread_.joinable()) return;
+  {
+    const std::scoped_lock lock(mutex_);
+    end_ = true;
+  }
+  ended_.notify_one();
+  thread_.join();
+  clear();
+}
+
+void ProgressLine::hide() {
+  const std::scoped_lock lock(mutex_);
+  clear();
+}
+
+void ProgressLine::run() {
+  constexpr auto kFirst = std::chrono::milliseconds(500);
+  constexpr auto kNext = std::chrono::milliseconds(200);
+  std::unique_lock lock(mutex_);
+  for (auto pause = kFirst; !ended_.wait_for(lock, pause, [&] { return end_; }); pause = kNext) show();
+}
+
+void ProgressLine::show() {
+  const Standing standing = standing_();
+  const double share = std::clamp(standing.share, 0.0, 1.0);
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
+  std::string line = std::to_string(static_cast<int>(share * 100)) + "\u00A0% · " + standing.text;
+  if (share > 0.01) line += " · reste " + durationText(elapsed.count() * (1 - share) / share);
+  clear();
+  err_ << typeset(line) << std::flush;
+  shown_ = true;
+}
+
+// Back to the beginning of the line, and away with what is on it.
+void ProgressLine::clear() {
+  if (shown_) err_ << "\r\033[K" << std::flush;
+  shown_ = false;
+}
+
+std::string durationText(double seconds) {
+  const auto whole = static_cast<long long>(std::lround(seconds));
+  const auto part = [](long long count, const char* unit) { return std::to_string(count) + "\u00A0" + unit; };
+  if (whole < 60) return part(whole, "s");
+  if (whole < 3600) return part(whole / 60, "min") + " " + part(whole % 60, "s");
+  return part(whole / 3600, "h") + " " + part(whole % 3600 / 60, "min");
+}
+
+}  // namespace zelvion::command

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <istream>
+#include <ostream>
+#include <span>
+#include <string>
+
+#include "engine/work/pieces.h"
+
+namespace zelvion::command {
+
+/// What the program meets outside. The streams are given, so that a test can look at them.
+struct Environment {
+  std::istream& in;
+  std::ostream& out;
+  std::ostream& err;
+  bool errIsTerminal;  ///< progress is shown then
+  unsigned threads;    ///< how many there may be unless the call says it
+  Progress& progress;  ///< its `stop`, also set by a signal handler, ends all work soon
+};
+
+/// How a call ended.
+enum Status : int { kSuccess = 0, kFailure = 1, kWrongCall = 2, kInterrupted = 130 };
+
+/// Carries out a call, given without the name of the program, and returns its status. It does not throw.
+int run(std::span<const std::string> words, Environment& environment);
+
+}  // namespace zelvion::command

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "command/arguments.h"
+#include "command/output.h"
+#include "command/run.h"
+
+namespace zelvion::command {
+
+/// A subcommand: what the help says of it, and what it does.
+struct Subcommand {
+  std::string_view name;
+  std::string_view operands;     ///< how the help writes them
+  std::string_view summary;      ///< one line
+  std::string_view description;  ///< lines of at most 80 characters
+  std::string_view example;      ///< a call and what it prints
+  std::span<const Option> options;
+  /// Returns the status. Results go to the output, all else to the error stream. Throws WrongCall, or a
+  /// standard exception with a French sentence; whatever was written by then is kept.
+  int (*run)(const Arguments& arguments, Output& output, Environment& environment);
+};
+
+// A file each.
+extern const Subcommand kImage;
+
+// Options that several of them have.
+inline constexpr Option kPowerOption = {'k', "puissance", "K", "la puissance, un entier à partir de 1"};
+inline constexpr Option kPowersOption = {'k', "puissance", "K", "la puissance, ou plusieurs comme 2..10"};
+inline constexpr Option kThreadsOption = {0, "fils", "N", "le nombre de fils d'exécution (par défaut, tous)"};
+inline constexpr Option kCsvOption = {0, "csv", "", "un tableau CSV, avec une ligne de titres"};
+inline constexpr Option kJsonOption = {0, "json", "", "du JSON, un objet par ligne"};
+inline constexpr Option kOutputOption = {'o', "sortie", "FICHIER", "écrit les résultats dans ce fichier"};
+inline constexpr Option kHelpOption = {'h', "aide", "", "affiche cette aide (ou --help)"};
+inline constexpr Option kHelpAlias = {0, "help", "", ""};
+
+}  // namespace zelvion::command

@@ -14,7 +14,7 @@
 namespace zelvion::command {
 namespace {
 
-constexpr std::array kSubcommands = {&kImage};
+constexpr std::array kSubcommands = {&kImage, &kIterates, &kCycle, &kSilhouette};
 
 constexpr std::array kGeneralOptions = {kHelpOption, kHelpAlias,
                                         Option{'V', "version", "", "affiche la version"}};

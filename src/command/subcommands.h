@@ -24,6 +24,9 @@ struct Subcommand {
 
 // A file each.
 extern const Subcommand kImage;
+extern const Subcommand kIterates;
+extern const Subcommand kCycle;
+extern const Subcommand kSilhouette;
 
 // Options that several of them have.
 inline constexpr Option kPowerOption = {'k', "puissance", "K", "la puissance, un entier à partir de 1"};

@@ -155,11 +155,14 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
       return result;
     }
   }
-  assert(totalOf(silhouette) <= kMaxCount);
-  addProducts(rows_.data(), stride_, counts.data(), sums_.data());
-  if (carrySums(sums_.data(), stride_, scratch_.data(), limbs_.data())) settleRipples(limbs_);
   Decimal result;
-  result.assign(limbs_);
+  if (totalOf(silhouette) > kMaxCount) {
+    result = imageInParts(silhouette);
+  } else {
+    addProducts(rows_.data(), stride_, counts.data(), sums_.data());
+    if (carrySums(sums_.data(), stride_, scratch_.data(), limbs_.data())) settleRipples(limbs_);
+    result.assign(limbs_);
+  }
   if (result.digits() > kMaxImageDigits) refuse(result.digits());
   image = std::move(result);
   return silhouetteOf(image);
@@ -198,6 +201,14 @@ void Transformation::appendImages(std::span<const PackedSilhouette> silhouettes,
       list.append(kListSeparator).append(image(unpacked(silhouette)).text());
     }
   }
+}
+
+Decimal Transformation::imageInParts(const Silhouette& silhouette) const {
+  Decimal image;
+  for (int digit = 1; digit <= greatestDigit_; ++digit) {
+    image += power(digit) * Decimal(silhouette.counts[static_cast<std::size_t>(digit - 1)]);
+  }
+  return image;
 }
 
 Decimal Transformation::power(int digit) const {

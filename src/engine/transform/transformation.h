@@ -23,7 +23,7 @@ class Transformation {
  public:
   /// An image with more digits than this is refused.
   static constexpr std::size_t kMaxImageDigits = 1'000'000;
-  /// The most digits that a silhouette may have in all.
+  /// The most digits that a silhouette may have in all for the fast way; above, each product is made apart.
   static constexpr std::uint32_t kMaxCount = 1'000'000;
 
   /// Works out the powers of the nine digits that are short enough to be of use. `k` is at least 1.
@@ -49,6 +49,7 @@ class Transformation {
 
  private:
   [[noreturn]] void refuse(std::size_t digits) const;
+  Decimal imageInParts(const Silhouette& silhouette) const;
   void makeVectorRows(const Decimal& greatestPower);
   bool inVectors(const Silhouette& silhouette) const;
   std::size_t vectors() const;

@@ -1,0 +1,168 @@
+#include "engine/cycles/known_cycles.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zelvion {
+namespace {
+
+constexpr unsigned kFirstTableBits = 10;
+constexpr unsigned kLastTableBits = 20;
+
+}  // namespace
+
+KnownCycles::KnownCycles(Transformation& transformation)
+    : transformation_(transformation), tableBits_(kFirstTableBits), table_(std::size_t{1} << tableBits_) {}
+
+std::optional<KnownCycles::Fall> KnownCycles::find(std::string_view digits, std::int32_t limit,
+                                                   const std::atomic<bool>& stop) {
+  const Silhouette silhouette = silhouetteOf(digits);
+  const auto word = packed(silhouette);
+  const Entry* const entry = word ? known(*word) : nullptr;
+  const std::optional<Entry> found =
+      entry != nullptr ? *entry : follow(silhouette, static_cast<std::size_t>(limit), stop);
+  if (!found) return std::nullopt;
+  const KnownCycle& cycle = cycles_[found->cycle];
+  const bool mayBeOnCycle =
+      found->steps == 1 && digits.size() >= cycle.least.digits() && digits.size() <= cycle.greatest.digits();
+  const bool isOnCycle = mayBeOnCycle && contains(cycle, silhouette, Decimal::parse(digits));
+  const std::size_t tail = isOnCycle ? 0 : found->steps;
+  if (tail + cycle.order() > static_cast<std::size_t>(limit)) return std::nullopt;
+  return Fall{&cycle, static_cast<std::int32_t>(tail)};
+}
+
+// Iterates until a silhouette comes that is known, or comes back. The return of a silhouette may be one step
+// ahead of that of a number.
+std::optional<KnownCycles::Entry> KnownCycles::follow(const Silhouette& start, std::size_t limit,
+                                                      const std::atomic<bool>& stop) {
+  constexpr std::size_t kFewSteps = 16;
+  SilhouetteHistory history;
+  history.push(start);
+  Silhouette current = start;
+  while (!stop) {
+    const std::size_t step = history.size() - 1;
+    if (step > limit) return std::nullopt;
+    advance(history, current, std::min(limit + 1 - step, std::max(kFewSteps, step / 8)));
+    for (std::size_t i = step + 1; i < history.size(); ++i) {
+      const auto word = packed(history.at(i));
+      const Entry* const entry = word ? known(*word) : nullptr;
+      if (entry != nullptr) return settle(history, i, *entry);
+    }
+    const std::size_t before = history.latestEqual(history.size() - 1);
+    if (before > 0) return close(history, before);
+  }
+  return std::nullopt;
+}
+
+void KnownCycles::advance(SilhouetteHistory& history, Silhouette& current, std::size_t steps) {
+  while (steps > 0) {
+    auto room = history.room();
+    room = room.first(std::min(room.size(), steps));
+    std::size_t count = transformation_.iterate(current, room);
+    if (count > 0) {
+      history.pushWritten(count);
+    } else {
+      current = transformation_.apply(current, image_);
+      history.push(current);
+      count = 1;
+    }
+    steps -= count;
+  }
+}
+
+// The latest silhouette equals that of step `before`, and none in between.
+KnownCycles::Entry KnownCycles::close(const SilhouetteHistory& history, std::size_t before) {
+  const std::size_t order = history.size() - 1 - before;
+  std::size_t first = 0;
+  for (std::size_t end = before; first < end;) {
+    const std::size_t middle = (first + end) / 2;
+    if (history.areEqual(middle, middle + order)) {
+      end = middle;
+    } else {
+      first = middle + 1;
+    }
+  }
+  // The points are the images of the silhouettes that come back, each with the silhouette one step later.
+  KnownCycle cycle;
+  std::size_t leastAt = 0;
+  for (std::size_t i = 0; i < order; ++i) {
+    const Decimal point = transformation_.image(history.at(first + i));
+    if (i == 0 || point < cycle.least) {
+      cycle.least = point;
+      leastAt = i;
+    }
+    cycle.greatest = std::max(cycle.greatest, point);
+    cycle.silhouettes.push_back(history.at(first + 1 + i));
+  }
+  std::ranges::rotate(cycle.silhouettes, cycle.silhouettes.begin() + static_cast<std::ptrdiff_t>(leastAt));
+
+  const std::uint32_t index = indexOf(std::move(cycle));
+  for (std::size_t i = first; i < first + order; ++i) {
+    if (const auto word = packed(history.at(i))) keep({*word, index, 1});
+  }
+  return settle(history, first, {0, index, 1});
+}
+
+// `entry` is that of the silhouette of `step`; keeps those of the steps before and returns that of the start.
+KnownCycles::Entry KnownCycles::settle(const SilhouetteHistory& history, std::size_t step, Entry entry) {
+  while (step-- > 0) {
+    const bool imageIsOnCycle = entry.steps == 1 && contains(cycles_[entry.cycle], history.at(step + 1),
+                                                             transformation_.image(history.at(step)));
+    if (!imageIsOnCycle) ++entry.steps;
+    if (const auto word = packed(history.at(step))) {
+      entry.silhouette = *word;
+      keep(entry);
+    }
+  }
+  return entry;
+}
+
+// A cycle comes a second time where the table has lost its silhouettes.
+std::uint32_t KnownCycles::indexOf(KnownCycle cycle) {
+  const auto found = std::ranges::find(cycles_, cycle.least, &KnownCycle::least);
+  const auto index = static_cast<std::uint32_t>(found - cycles_.begin());
+  if (found == cycles_.end()) cycles_.push_back(std::move(cycle));
+  return index;
+}
+
+// The points of a cycle have silhouettes of their own, since each point has one image.
+bool KnownCycles::contains(const KnownCycle& cycle, const Silhouette& silhouette, const Decimal& number) {
+  if (number < cycle.least || number > cycle.greatest) return false;
+  const auto found = std::ranges::find(cycle.silhouettes, silhouette);
+  if (found == cycle.silhouettes.end()) return false;
+  const auto before = found == cycle.silhouettes.begin() ? cycle.silhouettes.end() : found;
+  return transformation_.image(*(before - 1)) == number;
+}
+
+std::vector<Decimal> KnownCycles::points(const KnownCycle& cycle) {
+  std::vector<Decimal> points = {cycle.least};
+  for (std::size_t i = 0; i + 1 < cycle.order(); ++i) {
+    points.push_back(transformation_.image(cycle.silhouettes[i]));
+  }
+  return points;
+}
+
+std::size_t KnownCycles::placeOf(PackedSilhouette silhouette) const {
+  return (silhouette * 0x9E3779B97F4A7C15) >> (64 - tableBits_);  // odd and without a pattern
+}
+
+const KnownCycles::Entry* KnownCycles::known(PackedSilhouette silhouette) const {
+  const Entry& entry = table_[placeOf(silhouette)];
+  return entry.steps > 0 && entry.silhouette == silhouette ? &entry : nullptr;
+}
+
+void KnownCycles::keep(const Entry& entry) {
+  if (used_ > table_.size() / 2 && tableBits_ < kLastTableBits) {
+    ++tableBits_;
+    used_ = 0;
+    const std::vector<Entry> old = std::exchange(table_, std::vector<Entry>(std::size_t{1} << tableBits_));
+    for (const Entry& kept : old) {
+      if (kept.steps > 0) keep(kept);
+    }
+  }
+  Entry& place = table_[placeOf(entry.silhouette)];
+  if (place.steps == 0) ++used_;
+  place = entry;
+}
+
+}  // namespace zelvion

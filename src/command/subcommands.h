@@ -27,6 +27,8 @@ extern const Subcommand kImage;
 extern const Subcommand kIterates;
 extern const Subcommand kCycle;
 extern const Subcommand kSilhouette;
+extern const Subcommand kNarcissistic;
+extern const Subcommand kFixedPoints;
 
 // Options that several of them have.
 inline constexpr Option kPowerOption = {'k', "puissance", "K", "la puissance, un entier à partir de 1"};
@@ -37,5 +39,11 @@ inline constexpr Option kJsonOption = {0, "json", "", "du JSON, un objet par lig
 inline constexpr Option kOutputOption = {'o', "sortie", "FICHIER", "écrit les résultats dans ce fichier"};
 inline constexpr Option kHelpOption = {'h', "aide", "", "affiche cette aide (ou --help)"};
 inline constexpr Option kHelpAlias = {0, "help", "", ""};
+
+/// The threads to use: those of kThreadsOption, or else all. Throws WrongCall.
+unsigned threadsOf(const Arguments& arguments, const Environment& environment);
+
+/// Throws WrongCall if the call has operands.
+void refuseOperands(const Arguments& arguments);
 
 }  // namespace zelvion::command

@@ -4,6 +4,12 @@
 #include <array>
 #include <cassert>
 #include <cstdint>
+#include <iterator>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+
+#include "engine/transform/transformation.h"
 
 namespace zelvion {
 namespace {
@@ -47,158 +53,300 @@ Sum<kSize> toSum(const Decimal& number) {
   return sum;
 }
 
-// Ten counts of digits, each up to 63, in one word.
+// Ten counts of digits in one word: each up to 63 in 64 bits, up to 4095 in 128.
+template <typename Word>
 class Counts {
  public:
-  std::uint64_t operator[](std::size_t digit) const {
-    return (word_ >> (kBits * digit)) & ((1U << kBits) - 1);
+  std::size_t operator[](std::size_t digit) const {
+    return static_cast<std::size_t>(word_ >> (kBits * digit)) & ((std::size_t{1} << kBits) - 1);
   }
-  void add(std::size_t digit, std::uint64_t count) { word_ += count << (kBits * digit); }
+  void add(std::size_t digit, std::size_t count) { word_ += static_cast<Word>(count) << (kBits * digit); }
+  void takeOne(std::size_t digit) { word_ -= static_cast<Word>(1) << (kBits * digit); }
 
  private:
-  static constexpr unsigned kBits = 6;
-  std::uint64_t word_ = 0;
+  static constexpr unsigned kBits = sizeof(Word) * 8 / 10;
+  Word word_ = 0;
 };
 
 // Division of a number below 10^16 by a power of ten, as a product: exact since 2^54 is more than 10^16 and
-// the multiplier, rounded up, has 64 bits.
+// the multiplier, rounded up, has 63 bits.
 class PowerOfTen {
  public:
   explicit PowerOfTen(std::uint64_t value = 1) {
     __extension__ using Wide = unsigned __int128;
-    if (value == 1) return;
-    while ((std::uint64_t{2} << shift_) < value) ++shift_;
-    multiplier_ = static_cast<std::uint64_t>((static_cast<Wide>(1) << (64 + shift_)) / value) + 1;
+    while ((std::uint64_t{2} << shift_) <= value) ++shift_;
+    multiplier_ = static_cast<std::uint64_t>(((static_cast<Wide>(1) << (63 + shift_)) - 1) / value) + 1;
   }
 
   std::uint64_t divide(std::uint64_t number) const {
     __extension__ using Wide = unsigned __int128;
-    if (multiplier_ == 0) return number;
-    return static_cast<std::uint64_t>((static_cast<Wide>(number) * multiplier_) >> 64) >> shift_;
+    return static_cast<std::uint64_t>((static_cast<Wide>(2 * number) * multiplier_) >> 64) >> shift_;
   }
 
  private:
-  std::uint64_t multiplier_ = 0;
+  std::uint64_t multiplier_;
   unsigned shift_ = 0;
 };
 
-template <std::size_t kSize>
+// The fixed points of one length. The search parts into pieces by how many digits it chooses to be the
+// greatest.
 class Search {
  public:
-  explicit Search(int order) : order_(static_cast<std::size_t>(order)) {
+  virtual ~Search() = default;
+  virtual std::size_t pieces() const = 0;
+  /// Appends what the piece holds to `found`, in no order. Leaves early when `stop` is set.
+  virtual void run(std::size_t piece, const std::atomic<bool>& stop, std::vector<Decimal>& found) const = 0;
+};
+
+template <std::size_t kSize, typename Word>
+class SizedSearch : public Search {
+ public:
+  SizedSearch(const std::array<Decimal, 10>& powers, int length) : length_(static_cast<std::size_t>(length)) {
     const auto tenTo = [](std::size_t exponent) { return Decimal::power(Decimal(10), exponent); };
-    Decimal last = tenTo(order_);
+    Decimal last = tenTo(length_);
     last -= Decimal(1);
-    lowest_ = toSum<kSize>(order == 1 ? Decimal() : tenTo(order_ - 1));
+    lowest_ = toSum<kSize>(length == 1 ? Decimal() : tenTo(length_ - 1));
     highest_ = toSum<kSize>(last);
-    for (std::size_t digit = 0; digit <= 9; ++digit) {
-      const Sum<kSize> power = toSum<kSize>(Decimal::power(Decimal(digit), order_));
-      for (std::size_t count = 1; count <= order_; ++count) {
+    // A digit whose power is too long does not come.
+    for (greatest_ = 9; greatest_ > 0 && powers[greatest_] > last;) --greatest_;
+    for (std::size_t digit = 0; digit <= greatest_; ++digit) {
+      const Sum<kSize> power = toSum<kSize>(powers[digit]);
+      for (std::size_t count = 1; count <= length_; ++count) {
         multiples_[digit][count] = multiples_[digit][count - 1] + power;
       }
     }
-    std::uint64_t ten = 1;
-    for (PowerOfTen& power : tens_) {
-      power = PowerOfTen(ten);
-      ten *= 10;
+    std::array<std::uint64_t, kLimbDigits> tens{1};
+    for (std::size_t i = 1; i < kLimbDigits; ++i) tens[i] = 10 * tens[i - 1];
+    for (std::size_t place = length_; place-- > 0;) {
+      positions_.push_back({place / kLimbDigits, PowerOfTen(tens[place % kLimbDigits])});
     }
   }
 
-  std::vector<Decimal> run() {
+  std::size_t pieces() const override { return length_ + 1; }
+
+  void run(std::size_t piece, const std::atomic<bool>& stop, std::vector<Decimal>& found) const override {
+    Walk walk{stop, found};
     Node root;
-    root.left = order_;
-    descend(root, 9);
-    std::sort(found_.begin(), found_.end());
-    return found_;
+    root.left = length_;
+    const Sum<kSize> high = highestSum(root, greatest_);
+    if (isLess(high, lowest_) || !narrow(root, greatest_, high) || piece > root.left) return;
+    if (root.known == length_) {
+      if (piece == 0) report(root.sum, found);
+    } else {
+      choose(root, greatest_, piece, walk);
+    }
   }
 
  private:
   // What is known of a number on the way down: the digits that it has for certain, and its leading digits.
   struct Node {
     Sum<kSize> sum{};       // of the powers of the certain digits
-    Counts certain;         // how often each digit stands in it for certain
-    Counts leading;         // how often among its leading digits
+    Counts<Word> certain;   // those of them that are not among the leading digits
     std::size_t left = 0;   // digits not yet certain
     std::size_t known = 0;  // leading digits known
   };
 
-  // The digits of a number down to this position, as far as they stand in one limb.
-  std::uint64_t digitsTo(const Sum<kSize>& number, std::size_t position) const {
-    const std::size_t place = order_ - 1 - position;
-    return tens_[place % kLimbDigits].divide(number[place / kLimbDigits]);
+  struct Walk {
+    const std::atomic<bool>& stop;
+    std::vector<Decimal>& found;
+  };
+
+  // Where a digit of a number stands: its limb, and the power of ten there.
+  struct Position {
+    std::size_t limb;
+    PowerOfTen power;
+
+    // The digits down to this one, as far as they stand in the same limb.
+    std::uint64_t digitsTo(const Sum<kSize>& number) const { return power.divide(number[limb]); }
+  };
+
+  // The sum with every digit that is left as great as can be.
+  Sum<kSize> highestSum(const Node& node, std::size_t greatest) const {
+    return node.sum + multiples_[greatest][node.left];
   }
 
-  // Finds the numbers that have the node's certain digits, no more digits above `greatest`, and else any.
-  void descend(Node& node, std::size_t greatest) {
-    if (!narrow(node, greatest)) return;
-    if (node.known == order_) {
-      report(node.sum);
+  // Finds the numbers that have the node's certain digits, no more digits above `greatest`, and else any;
+  // `high` is their highest sum. The two sums are not both below or both above the numbers of the length.
+  void descend(Node& node, std::size_t greatest, const Sum<kSize>& high, const Walk& walk) const {
+    if (!narrow(node, greatest, high) || walk.stop.load(std::memory_order_relaxed)) return;
+    if (node.known == length_) {
+      report(node.sum, walk.found);
       return;
     }
     assert(greatest > 0);  // with zeros alone left, both bounds are the number itself
     for (std::size_t more = 0; more <= node.left; ++more) {
-      Node child = node;
-      child.sum = node.sum + multiples_[greatest][more];
-      if (isLess(highest_, child.sum)) return;
-      child.certain.add(greatest, more);
-      child.left = node.left - more;
-      descend(child, greatest - 1);
+      if (!choose(node, greatest, more, walk)) return;
     }
   }
 
-  // A number lies between the sum and the sum with every digit left as great as can be. The leading digits
-  // that both bounds share are its own, which makes digits certain and the bounds narrower, again and again.
-  // False if there is no such number.
-  bool narrow(Node& node, std::size_t greatest) const {
-    for (bool narrower = true; narrower;) {
-      narrower = false;
-      Sum<kSize> high = node.sum + multiples_[greatest][node.left];
-      if (isLess(high, lowest_) || isLess(highest_, node.sum)) return false;
+  // Goes on below `node` with `more` of the greatest digit. False if that many, and more, are too many.
+  bool choose(const Node& node, std::size_t greatest, std::size_t more, const Walk& walk) const {
+    const Sum<kSize> sum = node.sum + multiples_[greatest][more];
+    if (isLess(highest_, sum)) return false;
+    const std::size_t left = node.left - more;
+    const Sum<kSize> high = sum + multiples_[greatest - 1][left];
+    if (isLess(high, lowest_)) return true;
+    Node child = {sum, node.certain, left, node.known};
+    child.certain.add(greatest, more);
+    descend(child, greatest - 1, high, walk);
+    return true;
+  }
+
+  // A number lies between the sum and the highest sum. The leading digits that both bounds share are its own,
+  // which makes digits certain and the bounds narrower, again and again. False if there is no such number.
+  bool narrow(Node& node, std::size_t greatest, Sum<kSize> high) const {
+    while (true) {
+      bool narrower = false;
       if (isLess(highest_, high)) high = highest_;
-      const Sum<kSize> low = isLess(node.sum, lowest_) ? lowest_ : node.sum;
-      for (; node.known < order_; ++node.known) {
-        const std::uint64_t digits = digitsTo(low, node.known);
-        if (digits != digitsTo(high, node.known)) break;
+      const Sum<kSize>& low = isLess(node.sum, lowest_) ? lowest_ : node.sum;
+      for (; node.known < length_; ++node.known) {
+        const Position& position = positions_[node.known];
+        const std::uint64_t digits = position.digitsTo(low);
+        if (digits != position.digitsTo(high)) break;
         const std::size_t digit = digits % 10;
-        node.leading.add(digit, 1);
-        if (node.leading[digit] <= node.certain[digit]) continue;
+        if (node.certain[digit] > 0) {
+          node.certain.takeOne(digit);
+          continue;
+        }
         if (digit > greatest || node.left == 0) return false;
-        node.certain.add(digit, 1);
         --node.left;
         node.sum = node.sum + multiples_[digit][1];
         narrower = true;
       }
+      if (!narrower) return true;
+      high = highestSum(node, greatest);
+      if (isLess(high, lowest_) || isLess(highest_, node.sum)) return false;
     }
-    return true;
   }
 
-  void report(const Sum<kSize>& sum) {
+  void report(const Sum<kSize>& sum, std::vector<Decimal>& found) const {
     std::vector<Decimal::Limb> limbs;
     for (const std::uint64_t limb : sum) {
       limbs.push_back(static_cast<Decimal::Limb>(limb % Decimal::kBase));
       limbs.push_back(static_cast<Decimal::Limb>(limb / Decimal::kBase));
     }
-    Decimal number;
-    number.assign(limbs);
-    found_.push_back(std::move(number));
+    found.emplace_back().assign(limbs);
   }
 
-  std::size_t order_;
+  std::size_t length_;
+  std::size_t greatest_ = 9;  // digit whose power is not too long
   Sum<kSize> lowest_;
   Sum<kSize> highest_;
-  std::array<std::array<Sum<kSize>, kLastPossibleOrder + 1>, 10> multiples_{};  // of each digit's power
-  std::array<PowerOfTen, kLimbDigits> tens_;
-  std::vector<Decimal> found_;
+  std::array<std::array<Sum<kSize>, kSize * kLimbDigits + 1>, 10> multiples_{};  // of each digit's power
+  std::vector<Position> positions_;  // of the digits, the leading one first
+};
+
+std::unique_ptr<Search> makeSearch(const std::array<Decimal, 10>& powers, int length) {
+  using Narrow = std::uint64_t;
+  __extension__ using Wide = unsigned __int128;
+  if (length <= 16) return std::make_unique<SizedSearch<1, Narrow>>(powers, length);
+  if (length <= 32) return std::make_unique<SizedSearch<2, Narrow>>(powers, length);
+  if (length <= 48) return std::make_unique<SizedSearch<3, Narrow>>(powers, length);
+  if (length <= 63) return std::make_unique<SizedSearch<4, Narrow>>(powers, length);
+  if (length <= 80) return std::make_unique<SizedSearch<5, Wide>>(powers, length);
+  if (length <= 96) return std::make_unique<SizedSearch<6, Wide>>(powers, length);
+  if (length <= 112) return std::make_unique<SizedSearch<7, Wide>>(powers, length);
+  if (length <= 144) return std::make_unique<SizedSearch<9, Wide>>(powers, length);
+  return std::make_unique<SizedSearch<13, Wide>>(powers, length);
+}
+
+// The lists of the lengths, handed on in order as they become complete.
+class Lists {
+ public:
+  Lists(int k, int first, std::vector<std::size_t> pieces, Progress& progress,
+        const std::function<void(const Decimal&)>& found)
+      : transformation_(k),
+        first_(first),
+        left_(std::move(pieces)),
+        numbers_(left_.size()),
+        progress_(progress),
+        found_(found) {}
+
+  // A piece of the list `list` is done, and held these numbers. Any thread may say so.
+  void add(std::size_t list, std::vector<Decimal>& numbers) {
+    const std::scoped_lock lock(mutex_);
+    progress_.found += numbers.size();
+    std::ranges::move(numbers, std::back_inserter(numbers_[list]));
+    if (progress_.stop) return;
+    --left_[list];
+    for (; complete_ < left_.size() && left_[complete_] == 0; ++complete_) handOn(numbers_[complete_]);
+  }
+
+  // Hands on what is left after a stop. Returns how many digits the lists are complete up to.
+  int finish() {
+    for (std::size_t list = complete_; list < numbers_.size(); ++list) handOn(numbers_[list]);
+    return first_ - 1 + static_cast<int>(complete_);
+  }
+
+ private:
+  void handOn(std::vector<Decimal>& numbers) {
+    std::ranges::sort(numbers);
+    for (const Decimal& number : numbers) {
+      if (transformation_.image(silhouetteOf(number)) != number)
+        throw std::logic_error("Faute interne : " + number.text() + " n'est pas un point fixe.");
+      found_(number);
+    }
+  }
+
+  std::mutex mutex_;
+  Transformation transformation_;
+  int first_;
+  std::vector<std::size_t> left_;  // pieces of each list
+  std::vector<std::vector<Decimal>> numbers_;
+  std::size_t complete_ = 0;
+  Progress& progress_;
+  const std::function<void(const Decimal&)>& found_;
 };
 
 }  // namespace
 
+int longestFixedPoint(int k) {
+  assert(k >= 1);
+  const Decimal power = Decimal::power(Decimal(9), static_cast<std::uint64_t>(k));
+  // m * 9^k gains a digit for ten times the m, so from some m on there is none.
+  std::size_t length = power.digits();
+  while ((power * Decimal(length + 1)).digits() > length) ++length;
+  return static_cast<int>(length);
+}
+
+int findFixedPoints(int k, int first, int last, unsigned threads, Progress& progress,
+                    const std::function<void(const Decimal&)>& found) {
+  assert(k >= 1 && k <= kLastSearchedPower && first >= 1 && last <= kLastSearchedPower);
+  std::array<Decimal, 10> powers;
+  for (std::size_t digit = 0; digit <= 9; ++digit) {
+    powers[digit] = Decimal::power(Decimal(digit), static_cast<std::uint64_t>(k));
+  }
+  struct Piece {
+    std::size_t list;
+    std::size_t piece;
+  };
+  std::vector<std::unique_ptr<Search>> searches;
+  std::vector<std::size_t> counts;
+  std::vector<Piece> pieces;
+  for (int length = first; length <= last; ++length) {
+    searches.push_back(makeSearch(powers, length));
+    counts.push_back(searches.back()->pieces());
+    for (std::size_t piece = 0; piece < counts.back(); ++piece) pieces.push_back({counts.size() - 1, piece});
+  }
+  progress.pieces = pieces.size();
+  progress.done = 0;
+  Lists lists(k, first, std::move(counts), progress, found);
+  runPieces(pieces.size(), threads, progress, [&](std::size_t index, unsigned) {
+    const auto [list, piece] = pieces[index];
+    std::vector<Decimal> numbers;
+    searches[list]->run(piece, progress.stop, numbers);
+    lists.add(list, numbers);
+  });
+  return lists.finish();
+}
+
 std::vector<Decimal> narcissisticNumbers(int order) {
   assert(order >= 1 && order <= kLastPossibleOrder);
-  if (order <= 16) return Search<1>(order).run();
-  if (order <= 32) return Search<2>(order).run();
-  if (order <= 48) return Search<3>(order).run();
-  return Search<4>(order).run();
+  Progress progress;
+  std::vector<Decimal> numbers;
+  findFixedPoints(order, order, order, 1, progress,
+                  [&](const Decimal& number) { numbers.push_back(number); });
+  return numbers;
 }
 
 }  // namespace zelvion

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <fstream>
 #include <regex>
 #include <set>
@@ -10,7 +9,6 @@
 #include "data_files.h"
 #include "engine/fixedpoints/complete_search.h"
 #include "engine/text/utf8.h"
-#include "engine/transform/transformation.h"
 #include "form/catalogue_rows.h"
 #include "form/velmoire.h"
 
@@ -45,34 +43,6 @@ TEST(Catalogue, LacksOneNumberOfAll) {
     std::vector<std::string> numbers = narcissistic(row.order);
     if (row.order == 17) std::erase(numbers, "35875699062250035");
     EXPECT_EQ(numbersIn(std::string(row.text)), numbers) << row.order;
-  }
-}
-
-TEST(CompleteSearch, FindsNothingFromOrder40OnAndOnlyFixedPointsBefore) {
-  for (int order = 40; order <= kLastPossibleOrder; ++order)
-    EXPECT_TRUE(narcissisticNumbers(order).empty()) << order;
-  std::size_t total = 0;
-  for (int order = 1; order <= 39; ++order) {
-    Transformation transformation(order);
-    for (const Decimal& number : narcissisticNumbers(order)) {
-      ++total;
-      EXPECT_EQ(transformation.image(silhouetteOf(number)), number);
-      EXPECT_EQ(number.digits(), static_cast<std::size_t>(order));
-    }
-  }
-  EXPECT_EQ(total, 89U);
-}
-
-TEST(CompleteSearch, AgreesWithTryingAllNumbers) {
-  for (int order = 1; order <= 6; ++order) {
-    std::vector<std::string> fixed;
-    const int first = order == 1 ? 0 : static_cast<int>(std::pow(10, order - 1));
-    for (int number = first; number < std::pow(10, order); ++number) {
-      long sum = 0;
-      for (int rest = number; rest > 0; rest /= 10) sum += std::lround(std::pow(rest % 10, order));
-      if (sum == number) fixed.push_back(std::to_string(number));
-    }
-    EXPECT_EQ(narcissistic(order), fixed) << order;
   }
 }
 

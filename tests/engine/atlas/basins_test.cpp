@@ -1,0 +1,298 @@
+#include "engine/atlas/basins.h"
+
+#include <gmpxx.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "engine/atlas/range.h"
+#include "engine/atlas/tail_table.h"
+#include "engine/atlas/weight.h"
+
+namespace zelvion::atlas {
+namespace {
+
+Basins count(std::int32_t k, int digits, unsigned threads = 1, std::size_t bytes = 1 << 22, Part part = {}) {
+  Progress progress;
+  return basinsOf(k, digits, threads, progress, {bytes, nullptr}, part).value();
+}
+
+/// Follows numbers one by one.
+class Plain {
+ public:
+  explicit Plain(int k) : k_(k) {}
+
+  std::uint64_t image(std::uint64_t number) const {
+    std::uint64_t sum = 0;
+    for (; number > 0; number /= 10) {
+      std::uint64_t power = 1;
+      for (int i = 0; i < k_; ++i) power *= number % 10;
+      sum += power;
+    }
+    return sum;
+  }
+
+  /// The least point of the cycle that the number falls into, and its tail.
+  std::pair<std::uint64_t, std::size_t> fate(std::uint64_t number) {
+    std::vector<std::uint64_t> path;
+    for (; !known_.contains(number); number = image(number)) {
+      const auto first = std::find(path.begin(), path.end(), number);
+      if (first != path.end()) {
+        const std::uint64_t least = *std::min_element(first, path.end());
+        for (auto point = first; point != path.end(); ++point) known_[*point] = {least, 0};
+        path.erase(first, path.end());
+        break;
+      }
+      path.push_back(number);
+    }
+    std::pair<std::uint64_t, std::size_t> end = known_[number];
+    for (auto place = path.rbegin(); place != path.rend(); ++place) {
+      ++end.second;
+      known_[*place] = end;
+    }
+    return end;
+  }
+
+  /// The basins of the numbers below 10^digits, each number followed.
+  Basins basins(int digits) {
+    std::map<std::uint64_t, Basin> found;
+    std::uint64_t number = 0;
+    std::uint64_t limit = 1;
+    for (std::size_t n = 0; n <= static_cast<std::size_t>(digits); ++n, limit *= 10) {
+      for (; number < limit; ++number) {
+        const auto [least, tail] = fate(number);
+        Basin& basin = found.try_emplace(least, Basin{cycle(least), {}, {}, {}}).first->second;
+        basin.below.resize(n + 1, basin.below.empty() ? Decimal() : basin.below.back());
+        basin.below[n] += Decimal(1);
+        if (tail >= basin.tails.size()) {
+          basin.tails.resize(tail + 1);
+          basin.farthest = Decimal(number);
+        }
+        basin.tails[tail] += Decimal(1);
+      }
+    }
+    Basins basins{k_, digits, {}};
+    for (auto& [least, basin] : found) {
+      basin.below.resize(static_cast<std::size_t>(digits) + 1, basin.below.back());
+      basins.basins.push_back(basin);
+    }
+    std::sort(basins.basins.begin(), basins.basins.end(),
+              [](const Basin& a, const Basin& b) { return a.cycle < b.cycle; });
+    return basins;
+  }
+
+ private:
+  Cycle cycle(std::uint64_t least) const {
+    std::vector<Decimal> points;
+    std::uint64_t point = least;
+    do points.emplace_back(point);
+    while ((point = image(point)) != least);
+    return Cycle(std::move(points));
+  }
+
+  int k_;
+  std::map<std::uint64_t, std::pair<std::uint64_t, std::size_t>> known_;
+};
+
+void expectEqual(const Basins& actual, const Basins& expected) {
+  EXPECT_EQ(actual.k, expected.k);
+  EXPECT_EQ(actual.digits, expected.digits);
+  ASSERT_EQ(actual.basins.size(), expected.basins.size());
+  for (std::size_t i = 0; i < actual.basins.size(); ++i) {
+    const Basin& a = actual.basins[i];
+    const Basin& b = expected.basins[i];
+    SCOPED_TRACE("k = " + std::to_string(actual.k) + ", cycle of " + b.cycle.least().text());
+    EXPECT_EQ(a.cycle.points(), b.cycle.points());
+    EXPECT_EQ(a.below, b.below);
+    EXPECT_EQ(a.tails, b.tails);
+    EXPECT_EQ(a.farthest.text(), b.farthest.text());
+  }
+}
+
+TEST(Basins, AreThoseOfTheNumbersOneByOne) {
+  // All digits that there have to be, fewer (points lie above the numbers then), and more.
+  const std::pair<int, int> rows[] = {{1, 1}, {2, 3}, {3, 4}, {4, 5}, {5, 5},  {2, 1}, {3, 1},
+                                      {3, 3}, {4, 3}, {6, 4}, {7, 5}, {15, 4}, {1, 4}, {3, 5}};
+  for (const auto& [k, digits] : rows) expectEqual(count(k, digits), Plain(k).basins(digits));
+}
+
+std::uint64_t arrangements(const std::string& digits) {
+  mpz_class number = mpz_class::factorial(digits.size());
+  for (char digit = '0'; digit <= '9'; ++digit) {
+    number /=
+        mpz_class::factorial(static_cast<unsigned long>(std::count(digits.begin(), digits.end(), digit)));
+  }
+  return number.get_ui();
+}
+
+/// Calls action(digits) for all multisets of so many digits, each from its least digit up.
+template <typename Action>
+void forEachMultiset(int size, const Action& action) {
+  std::string digits(static_cast<std::size_t>(size), '0');
+  for (;;) {
+    action(digits);
+    const std::size_t place = digits.find_last_not_of('9');
+    if (place == std::string::npos) return;
+    digits.replace(place, std::string::npos, digits.size() - place, static_cast<char>(digits[place] + 1));
+  }
+}
+
+TEST(Basins, HaveTheTailsOfEveryMultiset) {
+  struct Numbers {
+    std::uint64_t count = 0;
+    std::uint64_t least = std::numeric_limits<std::uint64_t>::max();
+  };
+  for (const int k : {6, 7}) {
+    Plain plain(k);
+    std::map<std::uint64_t, std::map<std::size_t, Numbers>> tails;  // of each cycle
+    const auto note = [&](const std::string& number, std::uint64_t least, std::size_t tail,
+                          std::uint64_t count) {
+      Numbers& numbers = tails[least][tail];
+      numbers.count += count;
+      numbers.least = std::min<std::uint64_t>(numbers.least, std::stoull(number));
+    };
+    forEachMultiset(rangeDigits(k), [&](const std::string& digits) {
+      const auto [least, tail] = plain.fate(plain.image(std::stoull(digits)));
+      if (tail > 0) {
+        note(digits, least, tail + 1, arrangements(digits));
+      } else {
+        std::string number = digits;
+        do note(number, least, plain.fate(std::stoull(number)).second, 1);
+        while (std::next_permutation(number.begin(), number.end()));
+      }
+    });
+    const Basins all = count(k, rangeDigits(k));
+    ASSERT_EQ(all.basins.size(), tails.size());
+    for (const Basin& basin : all.basins) {
+      const auto& expected = tails[std::stoull(basin.cycle.least().text())];
+      EXPECT_EQ(basin.longestTail(), expected.rbegin()->first);
+      EXPECT_EQ(basin.farthest, Decimal(expected.rbegin()->second.least));
+      for (std::size_t tail = 0; tail < basin.tails.size(); ++tail) {
+        EXPECT_EQ(basin.tails[tail], Decimal(expected.at(tail).count)) << k << " " << tail;
+      }
+    }
+  }
+}
+
+TEST(Basins, DependOnNothingElse) {
+  const int digits = rangeDigits(7);
+  const Basins expected = count(7, digits);
+  expectEqual(count(7, digits, 1, 0), expected);  // a table that loses nearly all
+  expectEqual(count(7, digits, 1, 1 << 10), expected);
+  expectEqual(count(7, digits, 2, 1 << 14), expected);
+  expectEqual(count(7, digits, 3), expected);
+  expectEqual(count(23, 5, 2, 1 << 12), count(23, 5));
+
+  std::vector<Basins> parts;
+  for (std::uint32_t number = 5; number > 0; --number) {
+    parts.push_back(count(7, digits, 1 + number % 2, 1 << (10 + number), {number, 5}));
+  }
+  expectEqual(joined(parts), expected);
+  EXPECT_THROW(joined(std::vector<Basins>(parts.begin(), parts.end() - 1)), std::logic_error);
+  parts.push_back(parts[2]);
+  EXPECT_THROW(joined(parts), std::logic_error);
+  EXPECT_THROW(joined(std::vector<Basins>{expected, count(7, digits - 1)}), std::logic_error);
+  EXPECT_THROW(joined(std::vector<Basins>()), std::logic_error);
+  // With one piece more than there is work some parts are empty.
+  parts.clear();
+  for (std::uint32_t number = 1; number <= 5; ++number) parts.push_back(count(1, 1, 1, 0, {number, 5}));
+  expectEqual(joined(parts), count(1, 1));
+
+  Progress progress;
+  progress.stop = true;
+  EXPECT_FALSE(basinsOf(7, digits, 2, progress));
+}
+
+TEST(Basins, AreAsDeepAsKnown) {
+  struct Row {
+    int k;
+    std::size_t cycles, fixedPoints, longestCycle, points, longestTail;
+    const char* farthest;
+  };
+  const Row rows[] = {{2, 3, 2, 8, 10, 11, "269"},
+                      {3, 10, 6, 3, 16, 13, "177"},
+                      {4, 7, 5, 7, 14, 52, "2899"},
+                      {5, 17, 8, 28, 104, 57, "111266"},
+                      {7, 18, 7, 92, 272, 106, "355588"},
+                      {10, 9, 3, 123, 239, 166, "1233999999"},
+                      {16, 8, 4, 371, 653, 639, "3333445555789999"}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.k);
+    const Basins all = count(row.k, rangeDigits(row.k));
+    EXPECT_EQ(all.basins.size(), row.cycles);
+    std::size_t fixedPoints = 0;
+    std::size_t points = 0;
+    for (const Basin& basin : all.basins) {
+      if (basin.cycle.isFixedPoint()) ++fixedPoints;
+      points += basin.cycle.order();
+    }
+    EXPECT_EQ(fixedPoints, row.fixedPoints);
+    EXPECT_EQ(points, row.points);
+    EXPECT_EQ(all.basins.back().cycle.order(), row.longestCycle);
+    EXPECT_EQ(all.deepest().longestTail(), row.longestTail);
+    EXPECT_EQ(all.deepest().farthest.text(), row.farthest);
+    EXPECT_EQ(all.tails()[0], Decimal(points));
+  }
+}
+
+TEST(Basins, HaveTheSharesKnown) {
+  EXPECT_EQ(count(2, 3).basins.back().below[3], Decimal(857));
+  for (const Basin& basin : count(3, 8).basins) {
+    if (basin.cycle.least() != Decimal(153)) continue;
+    EXPECT_EQ((basin.below[8] * Decimal(3)).text(), "99999999");
+  }
+}
+
+TEST(TailTable, LosesButNeverErrs) {
+  for (const std::size_t slots : {2, 16, 512, 4096}) {
+    TailTable table(9, slots, nullptr);
+    std::size_t kept = 0;
+    for (std::uint64_t key = 0; key < 512; ++key) {
+      EXPECT_EQ(table.find(key), 0U);
+      table.store(key, key + 1);
+      EXPECT_EQ(table.find(key), key + 1);
+    }
+    for (std::uint64_t key = 0; key < 512; ++key) {
+      if (const std::uint64_t answer = table.find(key)) {
+        EXPECT_EQ(answer, key + 1);
+        ++kept;
+      }
+    }
+    EXPECT_EQ(kept, std::min<std::size_t>(slots, 512));
+  }
+  TailTable narrow(63, 4, nullptr);  // three bits beside the key
+  narrow.store(99, 7);
+  narrow.store(99, 8);
+  EXPECT_EQ(narrow.find(99), 7U);
+}
+
+TEST(Weight, IsExact) {
+  Weight power = 1;  // of 10^16 - 1 and others, up to 192 bits
+  mpz_class expected = 1;
+  Weight sum;
+  mpz_class expectedSum = 0;
+  for (const std::uint64_t factor :
+       {std::uint64_t{9'999'999'999'999'999U}, std::uint64_t{18'446'744'073'709'551'615U}, std::uint64_t{3},
+        std::uint64_t{18'446'744'073'709'551'557U}}) {
+    power = power * factor;
+    expected *= mpz_class(std::to_string(factor));
+    EXPECT_EQ(power.decimal().text(), expected.get_str());
+    sum += power;
+    expectedSum += expected;
+    EXPECT_EQ(sum.decimal().text(), expectedSum.get_str());
+    Weight quotient = power;
+    EXPECT_EQ(quotient.divideBy(1'000'000'007), mpz_class(expected % 1'000'000'007).get_ui());
+    EXPECT_EQ(quotient.decimal().text(), mpz_class(expected / 1'000'000'007).get_str());
+  }
+  for (sum -= power, expectedSum -= expected; sum != Weight(); sum.divideBy(1000), expectedSum /= 1000) {
+    EXPECT_EQ(sum.decimal().text(), expectedSum.get_str());
+  }
+}
+
+}  // namespace
+}  // namespace zelvion::atlas

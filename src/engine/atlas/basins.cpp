@@ -5,6 +5,7 @@
 #include <bit>
 #include <cassert>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -198,9 +199,8 @@ struct Plan {
     for (int digit = 1; digit <= 9; ++digit) {
       powers[digit] = toNumber<kLimbs>(
           Decimal::power(Decimal(static_cast<std::uint64_t>(digit)), static_cast<std::uint64_t>(k)));
-      std::vector<Number<kLimbs>>& row = multiples[digit - 1];
-      row.resize(static_cast<std::size_t>(width) + 1);
-      for (std::size_t count = 1; count < row.size(); ++count) row[count] = row[count - 1] + powers[digit];
+      multiples.emplace_back();
+      for (int count = 1; count <= width; ++count) multiples.push_back(multiples.back() + powers[digit]);
     }
     for (std::size_t n = 0; n < binomials.size(); ++n) {
       binomials[n][0] = 1;
@@ -218,7 +218,8 @@ struct Plan {
 
   Number<kLimbs> image(Census census) const {
     Number<kLimbs> sum{};
-    for (const std::vector<Number<kLimbs>>& ofDigit : multiples) {
+    const Number<kLimbs>* ofDigit = multiples.data();
+    for (int digit = 1; digit <= 9; ++digit, ofDigit += width + 1) {
       const Number<kLimbs>& multiple = ofDigit[counter.lowest(census)];
       for (std::size_t i = 0; i < kLimbs; ++i) sum[i] += multiple[i];
       census = counter.withoutLowest(census);
@@ -234,7 +235,7 @@ struct Plan {
   TailTable table;
   Cycles<kLimbs> cycles;
   std::array<Number<kLimbs>, 10> powers{};
-  std::array<std::vector<Number<kLimbs>>, 9> multiples;  // of the powers of 1 to 9
+  std::vector<Number<kLimbs>> multiples;  // by 0 to `width` of the power of 1, then of 2, ...
   std::array<std::array<std::uint64_t, kMaxCountedDigits + 1>, kMaxCountedDigits + 1> binomials{};
 };
 
@@ -275,7 +276,7 @@ class Worker {
     flush();
   }
 
-  const std::vector<Tally>& tallies() const { return tallies_; }
+  const std::vector<std::unique_ptr<Tally>>& tallies() const { return tallies_; }
 
  private:
   // The images of the multisets with these digits from 2 on and any number of ones, and zeros for the rest.
@@ -311,31 +312,30 @@ class Worker {
     return census;
   }
 
-  // Counts the multisets of the rows. Those whose images are not known go on together, a step at a time, so
-  // that the memory has the time of a round to bring what each needs.
+  // Counts the multisets of the rows. The images that are not known go on together, a step at a time, so that
+  // the memory has the time of a round to bring what each needs.
   void flush() {
     std::size_t ways = 0;
-    const Census* image = images_.data();
-    for (const Row& row : rows_) {
-      for (std::size_t ones = 0; ones <= row.left; ++ones, ++image) {
-        if (const std::uint64_t word = plan_.table.find(*image)) {
-          count(row, ones, Fate::of(word));
-        } else {
-          if (ways == ways_.size()) ways_.emplace_back();
-          ways_[ways++].start(row, ones, *image);
-        }
-      }
+    for (std::size_t i = 0; i < size_; ++i) {
+      fates_[i] = plan_.table.find(images_[i]);
+      if (fates_[i] != 0) continue;
+      if (ways == ways_.size()) ways_.emplace_back();
+      ways_[ways++].start(i, images_[i]);
     }
     while (ways > 0) {
       for (std::size_t i = 0; i < ways;) {
         Way& way = ways_[i];
         if (const std::uint64_t word = step(way)) {
-          count(*way.row, way.ones, finish(way, Fate::of(word)));
+          fates_[way.image] = finish(way, Fate::of(word)).word();
           std::swap(way, ways_[--ways]);
         } else {
           ++i;
         }
       }
+    }
+    const std::uint64_t* fate = fates_.data();
+    for (const Row& row : rows_) {
+      for (std::size_t ones = 0; ones <= row.left; ++ones) count(row, ones, Fate::of(*fate++));
     }
     rows_.clear();
     size_ = 0;
@@ -347,18 +347,16 @@ class Worker {
     std::size_t left;
   };
 
-  // The way of the image of a multiset to one whose fate is known.
+  // The way of an image to a multiset whose fate is known.
   struct Way {
-    const Row* row = nullptr;  // of the multiset
-    std::size_t ones = 0;      // in it
+    std::size_t image = 0;     // its place among the images
     Census place = 0;          // where it stands
     std::vector<Census> path;  // to there
     std::size_t kept = 0;      // a place on the path to see coming back
 
-    void start(const Row& itsRow, std::size_t itsOnes, Census image) {
-      row = &itsRow;
-      ones = itsOnes;
-      place = image;
+    void start(std::size_t itsImage, Census census) {
+      image = itsImage;
+      place = census;
       path.clear();
       kept = 0;
     }
@@ -366,8 +364,8 @@ class Worker {
 
   // Counts a multiset of a row whose image has this fate.
   void count(const Row& row, std::size_t ones, const Fate& fate) {
-    if (fate.cycle >= tallies_.size()) tallies_.resize(fate.cycle + 1);
-    Tally& tally = tallies_[fate.cycle];
+    while (fate.cycle >= tallies_.size()) tallies_.push_back(std::make_unique<Tally>());
+    Tally& tally = *tallies_[fate.cycle];
     Weight weight = row.weight * plan_.binomials[row.left][ones];
     tally.byNonzero[static_cast<std::size_t>(plan_.digits) - row.left + ones] += weight;
     std::size_t tail = fate.steps + 1;
@@ -445,9 +443,11 @@ class Worker {
   static constexpr std::size_t kBatch = 256;
 
   Plan<kLimbs>& plan_;
-  std::vector<Tally> tallies_;  // of the cycles by their number
+  std::vector<std::unique_ptr<Tally>> tallies_;  // of the cycles by their number
   std::vector<Row> rows_;
-  std::array<Census, kBatch + kMaxCountedDigits + 2> images_{};  // of the multisets of the rows
+  static constexpr std::size_t kMaxImages = kBatch + kMaxCountedDigits + 1;
+  std::array<Census, kMaxImages> images_{};        // of the multisets of the rows
+  std::array<std::uint64_t, kMaxImages> fates_{};  // of the images, in words
   std::size_t size_ = 0;
   Number<kLimbs> lastImage_{};
   std::array<Census, kLimbs> lastCensus_{};
@@ -527,7 +527,8 @@ std::optional<Basins> count(std::int32_t k, int digits, unsigned threads, Progre
     if (piece++ % part.count == part.number - 1) pieces.push_back(node);
   });
   progress.pieces = pieces.size();
-  std::vector<Worker<kLimbs>> workers(std::max(threads, 1U), Worker<kLimbs>(plan));
+  std::vector<Worker<kLimbs>> workers;
+  for (unsigned i = 0; i < std::max(threads, 1U); ++i) workers.emplace_back(plan);
   if (!runPieces(pieces.size(), threads, progress,
                  [&](std::size_t i, unsigned worker) { workers[worker].run(pieces[i]); })) {
     return std::nullopt;
@@ -535,8 +536,8 @@ std::optional<Basins> count(std::int32_t k, int digits, unsigned threads, Progre
   std::vector<Basin> basins;
   for (const Worker<kLimbs>& worker : workers) {
     for (std::size_t i = 0; i < worker.tallies().size(); ++i) {
-      if (worker.tallies()[i].tails.empty()) continue;
-      basins.push_back(basinOf(plan, plan.cycles.cycle(i), worker.tallies()[i]));
+      const Tally& tally = *worker.tallies()[i];
+      if (!tally.tails.empty()) basins.push_back(basinOf(plan, plan.cycles.cycle(i), tally));
     }
   }
   return Basins{k, digits, merged(std::move(basins))};

@@ -17,8 +17,8 @@ struct Part {
 
 /// Every cycle of the power `k` (1 to kMaxPower), 0's own among them, sorted by order, then by least point.
 /// Works on `threads` threads and tells `progress` how far it is (`found`: the cycles so far); nothing if it
-/// was stopped. Of a `part` it returns those of the cycles that lie there: joined() of all parts is the whole.
-/// The result depends on nothing else.
+/// was stopped. Of a `part` it returns those of the cycles that lie there: joined() of all parts is the
+/// whole. The result depends on nothing else.
 std::optional<std::vector<Cycle>> cyclesOf(std::int32_t k, unsigned threads, Progress& progress,
                                            Part part = {});
 

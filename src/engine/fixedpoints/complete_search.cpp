@@ -115,6 +115,7 @@ class SizedSearch : public Search {
         multiples_[digit][count] = multiples_[digit][count - 1] + power;
       }
     }
+    makeResidues(powers);
     std::array<std::uint64_t, kLimbDigits> tens{1};
     for (std::size_t i = 1; i < kLimbDigits; ++i) tens[i] = 10 * tens[i - 1];
     for (std::size_t place = length_; place-- > 0;) {
@@ -144,6 +145,7 @@ class SizedSearch : public Search {
     Counts<Word> certain;   // those of them that are not among the leading digits
     std::size_t left = 0;   // digits not yet certain
     std::size_t known = 0;  // leading digits known
+    unsigned residue = 0;   // of the certain digits
   };
 
   struct Walk {
@@ -159,6 +161,29 @@ class SizedSearch : public Search {
     // The digits down to this one, as far as they stand in the same limb.
     std::uint64_t digitsTo(const Sum<kSize>& number) const { return power.divide(number[limb]); }
   };
+
+  // A number and the sum of its digits leave the same remainder by 9. So for a fixed point the residues of
+  // its digits, which are d^k - d, add up to a multiple of 9, whatever their order.
+  void makeResidues(const std::array<Decimal, 10>& powers) {
+    for (std::size_t digit = 0; digit <= greatest_; ++digit) {
+      Decimal difference = powers[digit];
+      difference += Decimal(9 - digit);
+      const unsigned residue = difference.divideBy(9);
+      for (std::size_t count = 0; count <= length_; ++count) {
+        residues_[digit][count] = static_cast<std::uint8_t>(count * residue % 9);
+        unsigned vanishing = digit == 0 ? 1 : vanishing_[digit - 1][count];
+        for (unsigned before = 0; digit > 0 && count > 0 && before < 9; ++before) {
+          if (canVanish((before + residue) % 9, digit, count - 1)) vanishing |= 1U << before;
+        }
+        vanishing_[digit][count] = static_cast<std::uint16_t>(vanishing);
+      }
+    }
+  }
+
+  // Whether `left` digits up to `greatest` can make a multiple of 9 of `residue`.
+  bool canVanish(unsigned residue, std::size_t greatest, std::size_t left) const {
+    return ((vanishing_[greatest][left] >> residue) & 1) != 0;
+  }
 
   // The sum with every digit that is left as great as can be.
   Sum<kSize> highestSum(const Node& node, std::size_t greatest) const {
@@ -181,12 +206,15 @@ class SizedSearch : public Search {
 
   // Goes on below `node` with `more` of the greatest digit. False if that many, and more, are too many.
   bool choose(const Node& node, std::size_t greatest, std::size_t more, const Walk& walk) const {
+    const std::size_t left = node.left - more;
+    unsigned residue = node.residue + residues_[greatest][more];
+    if (residue >= 9) residue -= 9;
+    if (!canVanish(residue, greatest - 1, left)) return true;
     const Sum<kSize> sum = node.sum + multiples_[greatest][more];
     if (isLess(highest_, sum)) return false;
-    const std::size_t left = node.left - more;
     const Sum<kSize> high = sum + multiples_[greatest - 1][left];
     if (isLess(high, lowest_)) return true;
-    Node child = {sum, node.certain, left, node.known};
+    Node child = {sum, node.certain, left, node.known, residue};
     child.certain.add(greatest, more);
     descend(child, greatest - 1, high, walk);
     return true;
@@ -195,25 +223,33 @@ class SizedSearch : public Search {
   // A number lies between the sum and the highest sum. The leading digits that both bounds share are its own,
   // which makes digits certain and the bounds narrower, again and again. False if there is no such number.
   bool narrow(Node& node, std::size_t greatest, Sum<kSize> high) const {
+    Counts<Word> certain = node.certain;
+    std::size_t known = node.known;
+    std::size_t left = node.left;
+    unsigned residue = node.residue;
     while (true) {
-      bool narrower = false;
       if (isLess(highest_, high)) high = highest_;
       const Sum<kSize>& low = isLess(node.sum, lowest_) ? lowest_ : node.sum;
-      for (; node.known < length_; ++node.known) {
-        const Position& position = positions_[node.known];
+      Sum<kSize> sum = node.sum;
+      for (; known < length_; ++known) {
+        const Position& position = positions_[known];
         const std::uint64_t digits = position.digitsTo(low);
         if (digits != position.digitsTo(high)) break;
         const std::size_t digit = digits % 10;
-        if (node.certain[digit] > 0) {
-          node.certain.takeOne(digit);
+        if (certain[digit] > 0) {
+          certain.takeOne(digit);
           continue;
         }
-        if (digit > greatest || node.left == 0) return false;
-        --node.left;
-        node.sum = node.sum + multiples_[digit][1];
-        narrower = true;
+        if (digit > greatest || left == 0) return false;
+        --left;
+        sum = sum + multiples_[digit][1];
+        residue += residues_[digit][1];
       }
+      const bool narrower = left < node.left;
+      residue %= 9;
+      node = {sum, certain, left, known, residue};
       if (!narrower) return true;
+      if (!canVanish(residue, greatest, left)) return false;
       high = highestSum(node, greatest);
       if (isLess(high, lowest_) || isLess(highest_, node.sum)) return false;
     }
@@ -232,7 +268,9 @@ class SizedSearch : public Search {
   std::size_t greatest_ = 9;  // digit whose power is not too long
   Sum<kSize> lowest_;
   Sum<kSize> highest_;
-  std::array<std::array<Sum<kSize>, kSize * kLimbDigits + 1>, 10> multiples_{};  // of each digit's power
+  std::array<std::array<Sum<kSize>, kSize * kLimbDigits + 1>, 10> multiples_{};   // of each digit's power
+  std::array<std::array<std::uint8_t, kSize * kLimbDigits + 1>, 10> residues_{};  // of as many of each digit
+  std::array<std::array<std::uint16_t, kSize * kLimbDigits + 1>, 10> vanishing_{};  // a bit for each residue
   std::vector<Position> positions_;  // of the digits, the leading one first
 };
 

@@ -88,8 +88,7 @@ class PowerOfTen {
   unsigned shift_ = 0;
 };
 
-// The fixed points of one length. The search parts into pieces by how many digits it chooses to be the
-// greatest.
+// The fixed points of one length. The search parts into pieces, by how many there are of its greatest digits.
 class Search {
  public:
   virtual ~Search() = default;
@@ -121,21 +120,13 @@ class SizedSearch : public Search {
     for (std::size_t place = length_; place-- > 0;) {
       positions_.push_back({place / kLimbDigits, PowerOfTen(tens[place % kLimbDigits])});
     }
+    makePieces();
   }
 
-  std::size_t pieces() const override { return length_ + 1; }
+  std::size_t pieces() const override { return pieces_.size(); }
 
   void run(std::size_t piece, const std::atomic<bool>& stop, std::vector<Decimal>& found) const override {
-    Walk walk{stop, found};
-    Node root;
-    root.left = length_;
-    const Sum<kSize> high = highestSum(root, greatest_);
-    if (isLess(high, lowest_) || !narrow(root, greatest_, high) || piece > root.left) return;
-    if (root.known == length_) {
-      if (piece == 0) report(root.sum, found);
-    } else {
-      choose(root, greatest_, piece, walk);
-    }
+    goOn(pieces_[piece].node, pieces_[piece].greatest, Walk{stop, found, nullptr});
   }
 
  private:
@@ -148,9 +139,15 @@ class SizedSearch : public Search {
     unsigned residue = 0;   // of the certain digits
   };
 
+  struct Piece {
+    Node node;
+    std::size_t greatest;  // digit that may come beside the certain ones
+  };
+
   struct Walk {
     const std::atomic<bool>& stop;
     std::vector<Decimal>& found;
+    std::vector<Piece>* pieces;  // if not null, what is left to do below goes there
   };
 
   // Where a digit of a number stands: its limb, and the power of ten there.
@@ -190,10 +187,29 @@ class SizedSearch : public Search {
     return node.sum + multiples_[greatest][node.left];
   }
 
+  void makePieces() {
+    const std::atomic<bool> stop{false};
+    std::vector<Decimal> none;
+    Node root;
+    root.left = length_;
+    const Sum<kSize> high = highestSum(root, greatest_);
+    if (!isLess(high, lowest_)) descend(root, greatest_, high, Walk{stop, none, &pieces_});
+  }
+
   // Finds the numbers that have the node's certain digits, no more digits above `greatest`, and else any;
   // `high` is their highest sum. The two sums are not both below or both above the numbers of the length.
   void descend(Node& node, std::size_t greatest, const Sum<kSize>& high, const Walk& walk) const {
     if (!narrow(node, greatest, high) || walk.stop.load(std::memory_order_relaxed)) return;
+    const bool isPiece = node.known == length_ || greatest + kChosenByPieces == greatest_;
+    if (walk.pieces != nullptr && isPiece) {
+      walk.pieces->push_back({node, greatest});
+    } else {
+      goOn(node, greatest, walk);
+    }
+  }
+
+  // The same for a node that is as narrow as can be.
+  void goOn(const Node& node, std::size_t greatest, const Walk& walk) const {
     if (node.known == length_) {
       report(node.sum, walk.found);
       return;
@@ -264,6 +280,8 @@ class SizedSearch : public Search {
     found.emplace_back().assign(limbs);
   }
 
+  static constexpr std::size_t kChosenByPieces = 3;  // digits whose counts a piece fixes
+
   std::size_t length_;
   std::size_t greatest_ = 9;  // digit whose power is not too long
   Sum<kSize> lowest_;
@@ -271,6 +289,7 @@ class SizedSearch : public Search {
   std::array<std::array<Sum<kSize>, kSize * kLimbDigits + 1>, 10> multiples_{};   // of each digit's power
   std::array<std::array<std::uint8_t, kSize * kLimbDigits + 1>, 10> residues_{};  // of as many of each digit
   std::array<std::array<std::uint16_t, kSize * kLimbDigits + 1>, 10> vanishing_{};  // a bit for each residue
+  std::vector<Piece> pieces_;
   std::vector<Position> positions_;  // of the digits, the leading one first
 };
 
@@ -307,16 +326,22 @@ class Lists {
     std::ranges::move(numbers, std::back_inserter(numbers_[list]));
     if (progress_.stop) return;
     --left_[list];
-    for (; complete_ < left_.size() && left_[complete_] == 0; ++complete_) handOn(numbers_[complete_]);
+    advance();
   }
 
   // Hands on what is left after a stop. Returns how many digits the lists are complete up to.
   int finish() {
-    for (std::size_t list = complete_; list < numbers_.size(); ++list) handOn(numbers_[list]);
-    return first_ - 1 + static_cast<int>(complete_);
+    if (!progress_.stop) advance();
+    const int complete = first_ - 1 + static_cast<int>(complete_);
+    for (; complete_ < numbers_.size(); ++complete_) handOn(numbers_[complete_]);
+    return complete;
   }
 
  private:
+  void advance() {
+    for (; complete_ < left_.size() && left_[complete_] == 0; ++complete_) handOn(numbers_[complete_]);
+  }
+
   void handOn(std::vector<Decimal>& numbers) {
     std::ranges::sort(numbers);
     for (const Decimal& number : numbers) {

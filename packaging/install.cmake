@@ -6,10 +6,12 @@ include(${CMAKE_CURRENT_LIST_DIR}/entries.cmake)
 set(packaging ${CMAKE_CURRENT_LIST_DIR})
 set(hicolor share/icons/hicolor)
 
-install(TARGETS zelvion RUNTIME DESTINATION .)
+install(TARGETS zelvion velmoire RUNTIME DESTINATION .)
 install(FILES ${data_files} ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION .)
 install(PROGRAMS ${packaging}/installer-menu DESTINATION .)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/mode-d-emploi.html DESTINATION docs)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/velmoire.1 DESTINATION share/man/fr/man1)
+install(FILES ${packaging}/velmoire.bash DESTINATION share/bash-completion/completions RENAME velmoire)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/images DESTINATION docs FILES_MATCHING PATTERN "*.png")
 foreach(size 16 32 48 64 128 256)
   install(FILES ${packaging}/icons/zelvion-${size}.png

@@ -9,6 +9,7 @@
 
 #include "command/subcommands.h"
 #include "command/typography.h"
+#include "engine/text/reason.h"
 #include "engine/text/utf8.h"
 
 namespace zelvion::command {
@@ -67,22 +68,6 @@ std::string generalHelp() {
   return help + "  " + "$ velmoire image -k 3 789\n  789 → 1584\n";
 }
 
-// Why the system refused something, as a French clause.
-std::string reasonOf(int error) {
-  switch (error) {
-    case ENOSPC:
-      return "le disque est plein";
-    case EACCES:
-      return "l'accès est refusé";
-    case ENOENT:
-      return "le fichier ou son dossier n'existe pas";
-    case EISDIR:
-      return "c'est un dossier";
-    default:
-      return "erreur " + std::to_string(error) + " du système";
-  }
-}
-
 class Call {
  public:
   Call(std::span<const std::string> words, Environment& environment)
@@ -99,7 +84,7 @@ class Call {
     } catch (const ClosedPipe&) {
       return kFailure;
     } catch (const std::system_error& error) {
-      tell("Impossible d'écrire " + target_ + " : " + reasonOf(error.code().value()) + ".");
+      tell("Impossible d'écrire " + target_ + " : " + text::reasonOf(error.code()) + ".");
     } catch (const std::bad_alloc&) {
       tell("La mémoire ne suffit pas pour ce calcul.");
     } catch (const std::exception& error) {

@@ -5,7 +5,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "form/desktop.h"
 
@@ -29,8 +28,5 @@ const Handler<F>* findHandler(const std::array<Handler<F>, N>& handlers, std::st
 /// Tells what stopped a handler, in a box with the title that `title` makes: to be called where its exception
 /// was caught. It never throws.
 void reportFailure(Desktop& desktop, const std::function<std::string()>& title) noexcept;
-
-/// Why the system refused something, as a French clause.
-std::string reasonOf(const std::error_code& error);
 
 }  // namespace zelvion

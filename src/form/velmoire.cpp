@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "engine/text/reason.h"
 #include "engine/text/refusal.h"
 #include "engine/text/utf8.h"
 #include "form/about.h"
@@ -105,7 +106,7 @@ void Velmoire::record(const std::string& file, const std::string& text) {
     if (!recordFailed_) {
       recordFailed_ = true;
       inform("Le résultat n’a pas pu être écrit dans le fichier « " + desktop_.pathOf(file) +
-                 " » : " + reasonOf(error.code()) + ". Il est affiché tout de même.",
+                 " » : " + text::reasonOf(error.code()) + ". Il est affiché tout de même.",
              standardTitle());
     }
   }
@@ -115,8 +116,8 @@ std::string Velmoire::readText(const std::string& file) {
   try {
     return text::fromBytes(desktop_.read(file));
   } catch (const std::system_error& error) {
-    throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " + reasonOf(error.code()) +
-                  ". Il doit se trouver ici : " + desktop_.pathOf(file));
+    throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " +
+                  text::reasonOf(error.code()) + ". Il doit se trouver ici : " + desktop_.pathOf(file));
   }
 }
 

@@ -88,8 +88,7 @@ class PowerOfTen {
   unsigned shift_ = 0;
 };
 
-// The fixed points of one length. The search parts into pieces by how many digits it chooses to be the
-// greatest.
+// The fixed points of one length. The search parts into pieces, by how many there are of its greatest digits.
 class Search {
  public:
   virtual ~Search() = default;
@@ -115,26 +114,19 @@ class SizedSearch : public Search {
         multiples_[digit][count] = multiples_[digit][count - 1] + power;
       }
     }
+    makeResidues(powers);
     std::array<std::uint64_t, kLimbDigits> tens{1};
     for (std::size_t i = 1; i < kLimbDigits; ++i) tens[i] = 10 * tens[i - 1];
     for (std::size_t place = length_; place-- > 0;) {
       positions_.push_back({place / kLimbDigits, PowerOfTen(tens[place % kLimbDigits])});
     }
+    makePieces();
   }
 
-  std::size_t pieces() const override { return length_ + 1; }
+  std::size_t pieces() const override { return pieces_.size(); }
 
   void run(std::size_t piece, const std::atomic<bool>& stop, std::vector<Decimal>& found) const override {
-    Walk walk{stop, found};
-    Node root;
-    root.left = length_;
-    const Sum<kSize> high = highestSum(root, greatest_);
-    if (isLess(high, lowest_) || !narrow(root, greatest_, high) || piece > root.left) return;
-    if (root.known == length_) {
-      if (piece == 0) report(root.sum, found);
-    } else {
-      choose(root, greatest_, piece, walk);
-    }
+    goOn(pieces_[piece].node, pieces_[piece].greatest, Walk{stop, found, nullptr});
   }
 
  private:
@@ -144,11 +136,18 @@ class SizedSearch : public Search {
     Counts<Word> certain;   // those of them that are not among the leading digits
     std::size_t left = 0;   // digits not yet certain
     std::size_t known = 0;  // leading digits known
+    unsigned residue = 0;   // of the certain digits
+  };
+
+  struct Piece {
+    Node node;
+    std::size_t greatest;  // digit that may come beside the certain ones
   };
 
   struct Walk {
     const std::atomic<bool>& stop;
     std::vector<Decimal>& found;
+    std::vector<Piece>* pieces;  // if not null, what is left to do below goes there
   };
 
   // Where a digit of a number stands: its limb, and the power of ten there.
@@ -160,15 +159,57 @@ class SizedSearch : public Search {
     std::uint64_t digitsTo(const Sum<kSize>& number) const { return power.divide(number[limb]); }
   };
 
+  // A number and the sum of its digits leave the same remainder by 9. So for a fixed point the residues of
+  // its digits, which are d^k - d, add up to a multiple of 9, whatever their order.
+  void makeResidues(const std::array<Decimal, 10>& powers) {
+    for (std::size_t digit = 0; digit <= greatest_; ++digit) {
+      Decimal difference = powers[digit];
+      difference += Decimal(9 - digit);
+      const unsigned residue = difference.divideBy(9);
+      for (std::size_t count = 0; count <= length_; ++count) {
+        residues_[digit][count] = static_cast<std::uint8_t>(count * residue % 9);
+        unsigned vanishing = digit == 0 ? 1 : vanishing_[digit - 1][count];
+        for (unsigned before = 0; digit > 0 && count > 0 && before < 9; ++before) {
+          if (canVanish((before + residue) % 9, digit, count - 1)) vanishing |= 1U << before;
+        }
+        vanishing_[digit][count] = static_cast<std::uint16_t>(vanishing);
+      }
+    }
+  }
+
+  // Whether `left` digits up to `greatest` can make a multiple of 9 of `residue`.
+  bool canVanish(unsigned residue, std::size_t greatest, std::size_t left) const {
+    return ((vanishing_[greatest][left] >> residue) & 1) != 0;
+  }
+
   // The sum with every digit that is left as great as can be.
   Sum<kSize> highestSum(const Node& node, std::size_t greatest) const {
     return node.sum + multiples_[greatest][node.left];
+  }
+
+  void makePieces() {
+    const std::atomic<bool> stop{false};
+    std::vector<Decimal> none;
+    Node root;
+    root.left = length_;
+    const Sum<kSize> high = highestSum(root, greatest_);
+    if (!isLess(high, lowest_)) descend(root, greatest_, high, Walk{stop, none, &pieces_});
   }
 
   // Finds the numbers that have the node's certain digits, no more digits above `greatest`, and else any;
   // `high` is their highest sum. The two sums are not both below or both above the numbers of the length.
   void descend(Node& node, std::size_t greatest, const Sum<kSize>& high, const Walk& walk) const {
     if (!narrow(node, greatest, high) || walk.stop.load(std::memory_order_relaxed)) return;
+    const bool isPiece = node.known == length_ || greatest + kChosenByPieces == greatest_;
+    if (walk.pieces != nullptr && isPiece) {
+      walk.pieces->push_back({node, greatest});
+    } else {
+      goOn(node, greatest, walk);
+    }
+  }
+
+  // The same for a node that is as narrow as can be.
+  void goOn(const Node& node, std::size_t greatest, const Walk& walk) const {
     if (node.known == length_) {
       report(node.sum, walk.found);
       return;
@@ -181,12 +222,15 @@ class SizedSearch : public Search {
 
   // Goes on below `node` with `more` of the greatest digit. False if that many, and more, are too many.
   bool choose(const Node& node, std::size_t greatest, std::size_t more, const Walk& walk) const {
+    const std::size_t left = node.left - more;
+    unsigned residue = node.residue + residues_[greatest][more];
+    if (residue >= 9) residue -= 9;
+    if (!canVanish(residue, greatest - 1, left)) return true;
     const Sum<kSize> sum = node.sum + multiples_[greatest][more];
     if (isLess(highest_, sum)) return false;
-    const std::size_t left = node.left - more;
     const Sum<kSize> high = sum + multiples_[greatest - 1][left];
     if (isLess(high, lowest_)) return true;
-    Node child = {sum, node.certain, left, node.known};
+    Node child = {sum, node.certain, left, node.known, residue};
     child.certain.add(greatest, more);
     descend(child, greatest - 1, high, walk);
     return true;
@@ -195,25 +239,33 @@ class SizedSearch : public Search {
   // A number lies between the sum and the highest sum. The leading digits that both bounds share are its own,
   // which makes digits certain and the bounds narrower, again and again. False if there is no such number.
   bool narrow(Node& node, std::size_t greatest, Sum<kSize> high) const {
+    Counts<Word> certain = node.certain;
+    std::size_t known = node.known;
+    std::size_t left = node.left;
+    unsigned residue = node.residue;
     while (true) {
-      bool narrower = false;
       if (isLess(highest_, high)) high = highest_;
       const Sum<kSize>& low = isLess(node.sum, lowest_) ? lowest_ : node.sum;
-      for (; node.known < length_; ++node.known) {
-        const Position& position = positions_[node.known];
+      Sum<kSize> sum = node.sum;
+      for (; known < length_; ++known) {
+        const Position& position = positions_[known];
         const std::uint64_t digits = position.digitsTo(low);
         if (digits != position.digitsTo(high)) break;
         const std::size_t digit = digits % 10;
-        if (node.certain[digit] > 0) {
-          node.certain.takeOne(digit);
+        if (certain[digit] > 0) {
+          certain.takeOne(digit);
           continue;
         }
-        if (digit > greatest || node.left == 0) return false;
-        --node.left;
-        node.sum = node.sum + multiples_[digit][1];
-        narrower = true;
+        if (digit > greatest || left == 0) return false;
+        --left;
+        sum = sum + multiples_[digit][1];
+        residue += residues_[digit][1];
       }
+      const bool narrower = left < node.left;
+      residue %= 9;
+      node = {sum, certain, left, known, residue};
       if (!narrower) return true;
+      if (!canVanish(residue, greatest, left)) return false;
       high = highestSum(node, greatest);
       if (isLess(high, lowest_) || isLess(highest_, node.sum)) return false;
     }
@@ -228,11 +280,16 @@ class SizedSearch : public Search {
     found.emplace_back().assign(limbs);
   }
 
+  static constexpr std::size_t kChosenByPieces = 3;  // digits whose counts a piece fixes
+
   std::size_t length_;
   std::size_t greatest_ = 9;  // digit whose power is not too long
   Sum<kSize> lowest_;
   Sum<kSize> highest_;
-  std::array<std::array<Sum<kSize>, kSize * kLimbDigits + 1>, 10> multiples_{};  // of each digit's power
+  std::array<std::array<Sum<kSize>, kSize * kLimbDigits + 1>, 10> multiples_{};   // of each digit's power
+  std::array<std::array<std::uint8_t, kSize * kLimbDigits + 1>, 10> residues_{};  // of as many of each digit
+  std::array<std::array<std::uint16_t, kSize * kLimbDigits + 1>, 10> vanishing_{};  // a bit for each residue
+  std::vector<Piece> pieces_;
   std::vector<Position> positions_;  // of the digits, the leading one first
 };
 
@@ -269,16 +326,22 @@ class Lists {
     std::ranges::move(numbers, std::back_inserter(numbers_[list]));
     if (progress_.stop) return;
     --left_[list];
-    for (; complete_ < left_.size() && left_[complete_] == 0; ++complete_) handOn(numbers_[complete_]);
+    advance();
   }
 
   // Hands on what is left after a stop. Returns how many digits the lists are complete up to.
   int finish() {
-    for (std::size_t list = complete_; list < numbers_.size(); ++list) handOn(numbers_[list]);
-    return first_ - 1 + static_cast<int>(complete_);
+    if (!progress_.stop) advance();
+    const int complete = first_ - 1 + static_cast<int>(complete_);
+    for (; complete_ < numbers_.size(); ++complete_) handOn(numbers_[complete_]);
+    return complete;
   }
 
  private:
+  void advance() {
+    for (; complete_ < left_.size() && left_[complete_] == 0; ++complete_) handOn(numbers_[complete_]);
+  }
+
   void handOn(std::vector<Decimal>& numbers) {
     std::ranges::sort(numbers);
     for (const Decimal& number : numbers) {

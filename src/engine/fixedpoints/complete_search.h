@@ -22,13 +22,13 @@ int longestFixedPoint(int k);
 /// Finds all numbers of `first` to `last` digits that are the sum of the k-th powers of their digits, 0 among
 /// those of one digit; `k` and `last` are from 1 to kLastSearchedPower. The search is complete: for each
 /// length it chooses how many nines a number has, then how many eights, and so on, and leaves a branch only
-/// where no number can lie. Whatever it finds is tried once more by the definition, and a number that fails
-/// it throws std::logic_error.
+/// where the leading digits of its least and greatest sum, or its remainder by 9, leave no number. Whatever
+/// it finds is tried once more by the definition, and a number that fails it throws std::logic_error.
 ///
 /// Hands every number to `found`, ascending, one call at a time, as soon as all shorter ones and those of its
 /// length are known; if it is stopped, those that were found until then. Returns how many digits the list is
-/// complete up to: `last`, unless it is stopped. `progress` counts pieces, which are many and take about
-/// equally long within a length, and the numbers found.
+/// complete up to: `last`, unless it is stopped. `progress` counts pieces, some or some
+/// thousands of them, and the numbers found.
 int findFixedPoints(int k, int first, int last, unsigned threads, Progress& progress,
                     const std::function<void(const Decimal&)>& found);
 

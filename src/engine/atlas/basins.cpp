@@ -196,9 +196,8 @@ struct Plan {
         counter(width),
         table(counter.keyBits(), std::min(memory.bytes / sizeof(std::uint64_t), wantedSlots(width)),
               memory.prepare) {
-    for (int digit = 1; digit <= 9; ++digit) {
-      powers[digit] = toNumber<kLimbs>(
-          Decimal::power(Decimal(static_cast<std::uint64_t>(digit)), static_cast<std::uint64_t>(k)));
+    for (std::size_t digit = 1; digit <= 9; ++digit) {
+      powers[digit] = toNumber<kLimbs>(Decimal::power(Decimal(digit), static_cast<std::uint64_t>(k)));
       multiples.emplace_back();
       for (int count = 1; count <= width; ++count) multiples.push_back(multiples.back() + powers[digit]);
     }

@@ -196,9 +196,8 @@ struct Plan {
         counter(width),
         table(counter.keyBits(), std::min(memory.bytes / sizeof(std::uint64_t), wantedSlots(width)),
               memory.prepare) {
-    for (int digit = 1; digit <= 9; ++digit) {
-      powers[digit] = toNumber<kLimbs>(
-          Decimal::power(Decimal(static_cast<std::uint64_t>(digit)), static_cast<std::uint64_t>(k)));
+    for (std::size_t digit = 1; digit <= 9; ++digit) {
+      powers[digit] = toNumber<kLimbs>(Decimal::power(Decimal(digit), static_cast<std::uint64_t>(k)));
       multiples.emplace_back();
       for (int count = 1; count <= width; ++count) multiples.push_back(multiples.back() + powers[digit]);
     }
@@ -320,7 +319,8 @@ class Worker {
       fates_[i] = plan_.table.find(images_[i]);
       if (fates_[i] != 0) continue;
       if (ways == ways_.size()) ways_.emplace_back();
-      ways_[ways++].start(i, images_[i]);
+      ways_[ways].start(i, images_[i]);
+      advance(ways_[ways++]);
     }
     while (ways > 0) {
       for (std::size_t i = 0; i < ways;) {
@@ -419,16 +419,20 @@ class Worker {
   // ends where one comes back (Brent's method).
   std::uint64_t step(Way& way) {
     if (const std::uint64_t word = plan_.table.find(way.place)) return word;
-    if (!way.path.empty() && way.place == way.path[way.kept]) {
+    if (way.place == way.path[way.kept]) {
       typename Cycles<kLimbs>::Points points;
       for (std::size_t i = way.kept; i < way.path.size(); ++i) points.push_back(plan_.image(way.path[i]));
       return Fate{plan_.cycles.enter(points, plan_.counter, plan_.progress), 1}.word();
     }
     if (way.path.size() > 2 * way.kept) way.kept = way.path.size();
+    advance(way);
+    return 0;
+  }
+
+  void advance(Way& way) {
     way.path.push_back(way.place);
     way.place = plan_.counter.of(plan_.image(way.place));
     plan_.table.prefetch(way.place);
-    return 0;
   }
 
   // Enters the fates of all places on the way, from that of its end on, and returns that of the first.

@@ -249,7 +249,7 @@ TEST(Basins, HaveTheSharesKnown) {
 }
 
 TEST(TailTable, LosesButNeverErrs) {
-  for (const std::size_t slots : {2, 16, 512, 4096}) {
+  for (const std::size_t slots : {2U, 16U, 512U, 4096U}) {
     TailTable table(9, slots, nullptr);
     std::size_t kept = 0;
     for (std::uint64_t key = 0; key < 512; ++key) {

@@ -16,7 +16,7 @@ template <typename Operation>
 void attempt(Operation operation) {
   try {
     operation();
-  } catch (const Refusal&) {
+  } catch (const zelvion::Refusal&) {
   }
 }
 

@@ -58,15 +58,6 @@ QColor toQColor(Colour colour) {
   return {};
 }
 
-/// Gives a button its colour, with a text that can be read on it under any theme.
-void setColours(QWidget& button, Colour colour) {
-  QPalette palette = button.palette();
-  palette.setColor(QPalette::Button, toQColor(colour));
-  palette.setColor(QPalette::ButtonText, Qt::black);
-  palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::darkGray);
-  button.setPalette(palette);
-}
-
 /// The text of a writable box to the letter, blanks that do not break included, with CR LF line ends.
 QString typedText(const QPlainTextEdit& box) {
   QString text = box.document()->toRawText();
@@ -149,8 +140,8 @@ QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
     case Kind::Button:
       break;
   }
-  auto* button = new CaptionButton(toQString(control.caption), parent);
-  if (control.graphical) setColours(*button, control.back);
+  const QColor face = control.graphical ? toQColor(control.back) : QColor();
+  auto* button = new CaptionButton(toQString(control.caption), face, parent);
   button->setEnabled(form_.handles(name));
   connect(button, &QPushButton::clicked, this, [this, name] { press(name); });
   return button;

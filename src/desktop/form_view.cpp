@@ -183,7 +183,12 @@ void FormView::fitWindow(int menuHeight) {
   if (size.width() > room.width()) size.rheight() += bar;
   shell.resize(size.boundedTo(room));
   if (const std::optional<Twips> position = form_.position()) {
-    shell.move(available.topLeft() + QPoint(pixels(position->x), pixels(position->y)));
+    // The form knows its client area; what the window manager puts around it is what it put around the window
+    // behind.
+    const QWidget& behind = shell.parentWidget() ? *shell.parentWidget()->window() : shell;
+    const QSize frame = behind.frameSize() - behind.size();
+    shell.move(available.topLeft() + QPoint(pixels(position->x), pixels(position->y)) -
+               QPoint(frame.width(), frame.height()) / 2);
   }
 
   for (const Control& control : form_.table().controls) {

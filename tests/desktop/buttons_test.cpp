@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <QtTest>
 #include <QtWidgets>
 #include <memory>
+#include <utility>
 
 #include "desktop/caption_button.h"
+#include "desktop/message_box.h"
 
 namespace zelvion::testing {
 namespace {
@@ -51,6 +54,19 @@ TEST(CaptionButton, HasItsColourFlatInEveryStyleAndShowsItsState) {
     const QImage pressed = pictureOf(button);
     EXPECT_NE(pressed, focused);
     EXPECT_GT(qGray(pressed.pixel(50, 15)), 100) << "black can be read on it";
+  }
+}
+
+TEST(MessageBox, AnswersToItsMnemonics) {
+  for (const auto& [letter, answer] :
+       {std::pair(Qt::Key_O, QDialog::Accepted), {Qt::Key_N, QDialog::Rejected}}) {
+    MessageBox box("?", Buttons::YesNo, "titre", nullptr);
+    QSignalSpy closed(&box, &QDialog::finished);
+    box.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
+    QTest::keyClick(&box, letter, Qt::AltModifier);
+    ASSERT_TRUE(closed.wait());
+    EXPECT_EQ(box.result(), answer);
   }
 }
 

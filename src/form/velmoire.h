@@ -13,9 +13,6 @@ class DigitPower;
 struct FixedPointSearch;
 struct HighOrder;
 
-/// The title of a message box for which no other is given.
-inline constexpr std::string_view kApplicationTitle = "zelvion";
-
 /// A control whose text belongs to the form.
 struct TextControl {
   std::string Text;

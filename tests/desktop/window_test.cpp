@@ -322,13 +322,10 @@ TEST_F(WindowTest, LinksOpenTheirPages) {
   const QByteArray path = qgetenv("PATH");
   qputenv("PATH", folder.path().toUtf8() + ":" + path);
   QFile browser(folder.filePath("xdg-open")), log(folder.filePath("log"));
-  const auto install = [&](const QString& script) {
-    EXPECT_TRUE(browser.open(QIODevice::WriteOnly) &&
-                browser.setPermissions(QFile::ExeOwner | QFile::ReadOwner));
-    browser.write("#!/bin/sh\n" + script.toUtf8());
-    browser.close();
-  };
-  install("echo \"$#:$*\" >> '" + log.fileName() + "'\n");
+  EXPECT_TRUE(browser.open(QIODevice::WriteOnly) &&
+              browser.setPermissions(QFile::ExeOwner | QFile::ReadOwner));
+  browser.write("#!/bin/sh\necho \"$#:$*\" >> '" + log.fileName().toUtf8() + "'\n");
+  browser.close();
   QString wanted;
   const auto expectPage = [&](const QString& page) {
     wanted += "1:" + kSite + page + "\n";
@@ -356,20 +353,14 @@ TEST_F(WindowTest, LinksOpenTheirPages) {
   EXPECT_TRUE(log.open(QIODevice::ReadOnly));
   EXPECT_EQ(QString(log.readAll()), wanted);
 
-  // A browser that fails, and none at all.
-  EXPECT_TRUE(browser.remove());
-  install("exit 3\n");
-  expectBox("*", "*" + kSite + "/index.php", [this](QWidget& box) {
+  qputenv("PATH", folder.filePath("absent").toUtf8());
+  expectBox("zelvion", "*" + kSite + "/index.php*xdg-open*", [this](QWidget& box) {
     at<QPushButton>("Command10").click();  // as assistive tools can, but not now
     kReturn(box);
   });
   press("Command17");
   expectNoMore();
   EXPECT_EQ(textOf(at("entier")), "789");
-  qputenv("PATH", folder.filePath("absent").toUtf8());
-  expectBox("*", "*" + kSite + "/index.php*xdg-open*");
-  press("Command17");
-  expectNoMore();
   qputenv("PATH", path);
 }
 

@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "engine/text/refusal.h"
 #include "form/desktop.h"
 
 namespace zelvion::testing {
@@ -73,9 +72,9 @@ class ScriptedDesktop : public Desktop {
     return file->second;
   }
 
-  void openPage(const std::string& address) override {
-    if (!pageError.empty()) throw Refusal(pageError);
+  bool openPage(const std::string& address) override {
     pages.push_back(address);
+    return hasBrowser;
   }
 
   Twips screen() override { return {19'200, 10'800}; }
@@ -88,7 +87,7 @@ class ScriptedDesktop : public Desktop {
   std::map<std::string, std::string> files;  ///< the program's directory
   int writeError = 0;                        ///< what every write fails with, if not 0
   std::vector<std::string> pages;
-  std::string pageError;
+  bool hasBrowser = true;
   std::vector<Form*> shown;
   std::vector<Form*> unloaded;
   std::function<void()> onMessage;

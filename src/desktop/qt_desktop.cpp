@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "desktop/form_view.h"
@@ -44,6 +45,8 @@ void QtDesktop::show(Form& form) {
     QMenuBar* bar = mainWindow_->menuBar();
     bar->setNativeMenuBar(false);
     view->addMenuTo(*bar);
+    QObject::connect(new QShortcut(Qt::Key_F10, bar), &QShortcut::activated, bar,
+                     [bar] { bar->setActiveAction(bar->actions().constFirst()); });
     menuHeight = bar->sizeHint().height();
   }
   view->fitWindow(menuHeight);

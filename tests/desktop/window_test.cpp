@@ -142,6 +142,10 @@ TEST_F(WindowTest, KeyboardReachesEverything) {
   key(Qt::Key_P, Qt::AltModifier);
   expectNoMore();
 
+  key(Qt::Key_F10);
+  ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+  key(Qt::Key_Escape);
+  key(Qt::Key_Escape);
   key(Qt::Key_Question, Qt::AltModifier);
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
   ASSERT_NE(menu, nullptr);

@@ -75,6 +75,7 @@ bool Velmoire::handles(std::string_view name) const {
 
 void Velmoire::click(std::string_view name) {
   recordFailed_ = false;
+  secondsInBox_ = 0;
   try {
     if (const auto* handler = findHandler(kHandlers, name)) (this->*handler->run)();
   } catch (...) {
@@ -104,9 +105,11 @@ void Velmoire::record(const std::string& file, const std::string& text) {
   } catch (const std::system_error& error) {
     if (!recordFailed_) {
       recordFailed_ = true;
+      const std::int64_t opened = desktop_.now().seconds;
       inform("Le résultat n’a pas pu être écrit dans le fichier « " + desktop_.pathOf(file) +
                  " » : " + reasonOf(error.code()) + ". Il est affiché tout de même.",
              standardTitle());
+      secondsInBox_ = desktop_.now().seconds - opened;
     }
   }
 }

@@ -6,11 +6,9 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QScrollBar>
-#include <QTextDocument>
 #include <algorithm>
 #include <limits>
 #include <new>
@@ -20,6 +18,7 @@
 #include "desktop/fonts.h"
 #include "desktop/long_text.h"
 #include "desktop/message_box.h"
+#include "desktop/number_edit.h"
 #include "desktop/wait_cursor.h"
 
 namespace zelvion {
@@ -58,12 +57,6 @@ QColor toQColor(Colour colour) {
   return {};
 }
 
-/// The text of a writable box to the letter, blanks that do not break included, with CR LF line ends.
-QString typedText(const QPlainTextEdit& box) {
-  QString text = box.document()->toRawText();
-  return text.replace(QChar::ParagraphSeparator, "\r\n").replace(QChar::LineSeparator, "\r\n");
-}
-
 }  // namespace
 
 FormView::FormView(Form& form, QWidget* parent) : QScrollArea(parent), form_(form) {
@@ -87,7 +80,9 @@ FormView::FormView(Form& form, QWidget* parent) : QScrollArea(parent), form_(for
 void FormView::addControl(const Control& control, QWidget* parent) {
   QWidget* widget = makeWidget(control, parent);
   widget->setObjectName(toQString(control.name));
-  widget->setFont(screenFont(control.font));
+  QFont font = screenFont(control.font);
+  if (control.kind == Kind::MultilineTextBox) font.setStyleStrategy(QFont::PreferNoShaping);  // twice as fast
+  widget->setFont(font);
   widget->setGeometry(pixels(control.left), pixels(control.top), pixels(control.width),
                       std::max(1, pixels(control.height)));
   widget->setAccessibleName(control.accessibleName.empty() ? spoken(toQString(control.caption))
@@ -106,14 +101,10 @@ QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
       return box;
     }
     case Kind::MultilineTextBox: {
-      auto* box = new QPlainTextEdit(parent);
-      box->setLineWrapMode(QPlainTextEdit::NoWrap);
-      box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-      box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-      box->setTabChangesFocus(true);
+      auto* box = new NumberEdit(parent);
       connect(box, &QPlainTextEdit::textChanged, this, [this, name] { edited(name); });
       fields_.push_back({name, [box](const QString& text) { box->setPlainText(text); },
-                         [box] { return typedText(*box); }, box});
+                         [box] { return box->typedText(); }, box});
       return box;
     }
     case Kind::RichTextBox: {
@@ -195,7 +186,24 @@ void FormView::fitWindow(int menuHeight) {
     auto* first = widget()->findChild<QWidget*>(toQString(control.name));
     if (first->focusPolicy() == Qt::NoFocus) continue;
     first->setFocus();
+    if (control.kind == Kind::TextBox || control.kind == Kind::MultilineTextBox) {
+      QMetaObject::invokeMethod(first, "selectAll");
+    }
     break;
+  }
+}
+
+void FormView::select(std::string_view name, int place) {
+  auto* box = widget()->findChild<QWidget*>(toQString(name));
+  box->setFocus();
+  if (auto* field = qobject_cast<QLineEdit*>(box)) {
+    field->setCursorPosition(place);
+    field->cursorForward(true);
+  } else if (auto* number = qobject_cast<NumberEdit*>(box)) {
+    QTextCursor cursor = number->textCursor();
+    cursor.setPosition(place);
+    cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor);
+    number->setTextCursor(cursor);
   }
 }
 

@@ -77,6 +77,10 @@ void QtDesktop::showModal(Form& form) {
   dialog.exec();
 }
 
+void QtDesktop::select(std::string_view control, std::size_t place) {
+  views_.back()->select(control, static_cast<int>(place));
+}
+
 void QtDesktop::unload(Form& form) {
   for (FormView* view : views_) {
     if (&view->form() == &form) view->window()->close();

@@ -29,6 +29,7 @@ class QtDesktop : public Desktop {
   bool openPage(const std::string& address) override;
   Twips screen() override;
   void showModal(Form& form) override;
+  void select(std::string_view control, std::size_t place) override;
   void unload(Form& form) override;
 
  private:

@@ -52,6 +52,9 @@ class Desktop {
   virtual Twips screen() = 0;
   /// Opens `form` as a modal window; returns when it is closed.
   virtual void showModal(Form& form) = 0;
+  /// Puts the keyboard on the text box `control` of the topmost form and selects the character that begins at
+  /// byte `place` of its text; all before it are single bytes.
+  virtual void select(std::string_view control, std::size_t place) = 0;
   /// Closes the window of `form`. Closing the main window ends the program.
   virtual void unload(Form& form) = 0;
 };

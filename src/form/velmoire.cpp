@@ -76,10 +76,15 @@ bool Velmoire::handles(std::string_view name) const {
 void Velmoire::click(std::string_view name) {
   recordFailed_ = false;
   secondsInBox_ = 0;
+  const auto title = [this] { return standardTitle(); };
   try {
     if (const auto* handler = findHandler(kHandlers, name)) (this->*handler->run)();
+  } catch (const Refusal& refusal) {
+    reportFailure(desktop_, title);
+    const std::string_view box = name == "Command2" || name == "Command7" ? "elem" : "entier";
+    if (!refusal.text().empty() && refusal.text() == *text(box)) desktop_.select(box, refusal.place());
   } catch (...) {
-    reportFailure(desktop_, [this] { return standardTitle(); });
+    reportFailure(desktop_, title);
   }
 }
 

@@ -56,7 +56,10 @@ TEST_F(Transform, ImageReplacesP) {
     type(k, p);
     EXPECT_TRUE(refuses("Command10", told)) << told;
     EXPECT_EQ(form_.entier.Text, p);
+    EXPECT_EQ(desktop_.selected, p == "12a" ? "entier 2" : "");
   }
+  EXPECT_TRUE(refuses("Command7", "12a"));
+  EXPECT_EQ(desktop_.selected, "elem 2");
 }
 
 TEST_F(Transform, ThousandIterates) {

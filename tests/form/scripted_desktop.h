@@ -82,6 +82,9 @@ class ScriptedDesktop : public Desktop {
     shown.push_back(&form);
     if (onModal) onModal(form);
   }
+  void select(std::string_view control, std::size_t place) override {
+    selected = std::string(control) + " " + std::to_string(place);
+  }
   void unload(Form& form) override { unloaded.push_back(&form); }
 
   std::map<std::string, std::string> files;  ///< the program's directory
@@ -89,6 +92,7 @@ class ScriptedDesktop : public Desktop {
   std::vector<std::string> pages;
   bool hasBrowser = true;
   std::vector<Form*> shown;
+  std::string selected;  ///< the latest text box of which a character was selected, and the place of that
   std::vector<Form*> unloaded;
   std::function<void()> onMessage;
   std::function<void(Form&)> onModal;

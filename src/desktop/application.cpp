@@ -11,6 +11,7 @@
 #include <string>
 
 #include "desktop/accessible_long_text.h"
+#include "desktop/field_style.h"
 #include "desktop/fonts.h"
 
 namespace zelvion {
@@ -47,6 +48,7 @@ void prepare() {
   std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is an error like a full disk
   QApplication::setApplicationName("zelvion");
   QApplication::setDesktopFileName("example.tolque.zelvion");
+  QApplication::setStyle(new FieldStyle);
   QApplication::setFont(screenFont(Font{}));
   QIcon icon;
   for (const QString& name : QDir(":/icons").entryList()) icon.addFile(":/icons/" + name);

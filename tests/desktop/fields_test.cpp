@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -7,6 +8,18 @@
 
 namespace zelvion::testing {
 namespace {
+
+double luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b) {
+  const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
+  return (light + 0.05) / (dark + 0.05);
+}
 
 TEST_F(WindowTest, FieldsAreReadyToBeTypedOver) {
   key(Qt::Key_4);
@@ -29,6 +42,25 @@ TEST_F(WindowTest, RefusedCharacterIsSelected) {
       QTest::keyClick(&at(box), Qt::Key_Delete);
       EXPECT_EQ(window->focusWidget(), &at(box));
       EXPECT_EQ(textOf(at(box)), rest);
+    }
+  }
+}
+
+TEST_F(WindowTest, FieldsShowTheirBorderAndTheKeyboard) {
+  const QPalette usual = QApplication::palette();
+  for (const QPalette& palette : {QPalette(QColor(42, 46, 50)), usual}) {
+    QApplication::setPalette(palette);
+    QApplication::processEvents();
+    for (const char* name : {"entier", "ordrek", "elem", "RichTextBox1"}) {
+      SCOPED_TRACE(name);
+      const QColor ground = window->palette().color(QPalette::Window);
+      at("Quitter").setFocus();
+      const QColor rest = at(name).grab().toImage().pixelColor(1, 0);
+      at(name).setFocus();
+      const QColor focused = at(name).grab().toImage().pixelColor(1, 0);
+      EXPECT_GE(contrast(rest, ground), 3);
+      EXPECT_GE(contrast(focused, ground), 2.5);
+      EXPECT_NE(focused, rest);
     }
   }
 }

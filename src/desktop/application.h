@@ -1,6 +1,21 @@
 #pragma once
 
+#include <QApplication>
+#include <optional>
+
 namespace zelvion {
+
+/// The toolkit's application for as long as it lives, prepared. The arguments of the program are for nobody:
+/// any are told, in French, on the error stream. Where no screen can be reached that is told there too, and
+/// the program ends with status 1.
+class Application {
+ public:
+  Application(int argc, char** argv);
+
+ private:
+  int arguments_;
+  std::optional<QApplication> toolkit_;
+};
 
 /// Gives the application its name, icon and font, the French texts of the toolkit whatever the locale, and
 /// what assistive tools need to read its texts. To be called once, before the first window opens.

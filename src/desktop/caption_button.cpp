@@ -2,6 +2,7 @@
 
 #include <QStyleOptionButton>
 #include <QStylePainter>
+#include <utility>
 
 namespace zelvion {
 namespace {
@@ -14,10 +15,27 @@ QFont fitted(QFont font, const QRect& room, int flags, const QString& text) {
   return font;
 }
 
+/// A button in one flat colour: styles shade theirs.
+void drawPanel(QPainter& painter, const QRect& rect, const QColor& face, bool down, bool focused) {
+  QColor light = face.lighter(150);
+  QColor dark = face.darker(150);
+  if (down) std::swap(light, dark);
+  painter.fillRect(rect, focused ? QColor(Qt::black) : face.darker(250));
+  painter.fillRect(rect.adjusted(1, 1, -1, -1), dark);
+  painter.fillRect(rect.adjusted(1, 1, -2, -2), light);
+  painter.fillRect(rect.adjusted(2, 2, -2, -2), down ? face.darker(115) : face);
+}
+
 }  // namespace
 
-CaptionButton::CaptionButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
+CaptionButton::CaptionButton(const QString& caption, const QColor& face, QWidget* parent)
+    : QPushButton(caption, parent), face_(face) {
   setAutoDefault(true);
+  if (!face_.isValid()) return;
+  QPalette colours = palette();
+  colours.setColor(QPalette::Button, face_);
+  colours.setColor(QPalette::ButtonText, Qt::black);
+  setPalette(colours);
 }
 
 void CaptionButton::paintEvent(QPaintEvent*) {
@@ -25,7 +43,11 @@ void CaptionButton::paintEvent(QPaintEvent*) {
   QStyleOptionButton option;
   initStyleOption(&option);
   option.text.clear();
-  painter.drawControl(QStyle::CE_PushButton, option);
+  if (face_.isValid()) {
+    drawPanel(painter, rect(), face_, isDown(), hasFocus());
+  } else {
+    painter.drawControl(QStyle::CE_PushButton, option);
+  }
 
   if (hasFocus()) {
     painter.setPen(QPen(palette().color(QPalette::ButtonText), 1, Qt::DotLine));

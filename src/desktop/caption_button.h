@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QPushButton>
 
 namespace zelvion {
@@ -10,10 +11,14 @@ class CaptionButton : public QPushButton {
   Q_OBJECT
 
  public:
-  CaptionButton(const QString& caption, QWidget* parent);
+  /// `face` is the colour of the button under its black caption; without a valid one the style draws it.
+  CaptionButton(const QString& caption, const QColor& face, QWidget* parent);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QColor face_;
 };
 
 }  // namespace zelvion

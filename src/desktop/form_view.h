@@ -29,6 +29,8 @@ class FormView : public QScrollArea {
   /// Sizes the window around this view, as far as the screen has room, places it, and names it after the
   /// form. `menuHeight` is what the window needs above the view.
   void fitWindow(int menuHeight);
+  /// Puts the keyboard on the text box `name` and selects the character at `place`.
+  void select(std::string_view name, int place);
   /// Copies the form's texts to the screen.
   void push();
 

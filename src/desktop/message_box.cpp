@@ -72,8 +72,8 @@ void MessageBox::addButtons() {
     row->addWidget(button);
     return button;
   };
-  QPushButton* first = add(buttons_ == Buttons::Ok ? "OK" : "Oui", Accepted);
-  if (buttons_ == Buttons::YesNo) add("Non", Rejected);
+  QPushButton* first = add(buttons_ == Buttons::Ok ? "OK" : "&Oui", Accepted);
+  if (buttons_ == Buttons::YesNo) add("&Non", Rejected);
   first->setDefault(true);
   first->setFocus();
   row->addStretch();

@@ -1,33 +1,24 @@
 #include "desktop/qt_desktop.h"
 
-#include <unistd.h>
-
 #include <QApplication>
 #include <QDateTime>
-#include <QDeadlineTimer>
 #include <QDialog>
 #include <QDir>
 #include <QLocale>
 #include <QMenuBar>
 #include <QProcess>
 #include <QScopeGuard>
-#include <QScopedValueRollback>
 #include <QScreen>
-#include <QTimer>
+#include <QShortcut>
 #include <QVBoxLayout>
-#include <chrono>
 
 #include "desktop/form_view.h"
 #include "desktop/message_box.h"
 #include "desktop/wait_cursor.h"
-#include "engine/text/refusal.h"
 #include "files/files.h"
 
 namespace zelvion {
 namespace {
-
-/// A browser that runs longer than this has opened the page, whatever it says at its end.
-constexpr std::chrono::seconds kBrowserStart{5};
 
 /// A time format without its time zone: the letters "t" outside quotes, and brackets left empty.
 QString withoutZone(const QString& format) {
@@ -54,6 +45,8 @@ void QtDesktop::show(Form& form) {
     QMenuBar* bar = mainWindow_->menuBar();
     bar->setNativeMenuBar(false);
     view->addMenuTo(*bar);
+    QObject::connect(new QShortcut(Qt::Key_F10, bar), &QShortcut::activated, bar,
+                     [bar] { bar->setActiveAction(bar->actions().constFirst()); });
     menuHeight = bar->sizeHint().height();
   }
   view->fitWindow(menuHeight);
@@ -84,6 +77,10 @@ void QtDesktop::showModal(Form& form) {
   dialog.exec();
 }
 
+void QtDesktop::select(std::string_view control, std::size_t place) {
+  views_.back()->select(control, static_cast<int>(place));
+}
+
 void QtDesktop::unload(Form& form) {
   for (FormView* view : views_) {
     if (&view->form() == &form) view->window()->close();
@@ -102,12 +99,7 @@ Answer QtDesktop::message(std::string_view prompt, Buttons buttons, const std::s
   pushAll();
   const UserTurn turn;
   MessageBox box(QString::fromUtf8(prompt), buttons, QString::fromStdString(title), topWindow());
-  const Answer answer = [&] {
-    const QScopedValueRollback<bool> open(boxOpen_, true);
-    return box.ask();
-  }();
-  QTimer::singleShot(0, &lifetime_, [this] { reportFailedPages(); });
-  return answer;
+  return box.ask();
 }
 
 Moment QtDesktop::now() {
@@ -130,36 +122,14 @@ std::string QtDesktop::read(const std::string& name) {
   return readWhole(pathOf(name));
 }
 
-void QtDesktop::openPage(const std::string& address) {
-  const QString page = QString::fromStdString(address);
-  // The process object is let go on purpose where the browser outlives the program: its destructor would end
-  // the browser.
-  auto* browser = new QProcess;
-  browser->setStandardInputFile(QProcess::nullDevice());
-  browser->setStandardOutputFile(QProcess::nullDevice());
-  browser->setStandardErrorFile(QProcess::nullDevice());
-  browser->setChildProcessModifier([] { ::setsid(); });
-  browser->start("xdg-open", {page});
-  if (!browser->waitForStarted()) {
-    delete browser;
-    throw Refusal("Impossible d’ouvrir la page " + address +
-                  " : le programme xdg-open est introuvable ou ne démarre pas.");
-  }
-  QObject::connect(browser, &QProcess::finished, browser, &QObject::deleteLater);
-  QObject::connect(browser, &QProcess::finished, &lifetime_,
-                   [this, page, start = QDeadlineTimer(kBrowserStart)](int exitCode) {
-                     if (exitCode == 0 || start.hasExpired()) return;
-                     failedPages_.append(page);
-                     reportFailedPages();
-                   });
-}
-
-/// Tells the user of the pages that could not be opened, once no other box is open.
-void QtDesktop::reportFailedPages() {
-  if (boxOpen_ || failedPages_.isEmpty()) return;
-  const QString page = failedPages_.takeFirst();
-  message("La page n'a pas pu être ouverte dans un navigateur :\r\n" + page.toStdString(), Buttons::Ok,
-          "zelvion");
+bool QtDesktop::openPage(const std::string& address) {
+  QProcess browser;
+  browser.setProgram("xdg-open");
+  browser.setArguments({QString::fromStdString(address)});
+  browser.setStandardInputFile(QProcess::nullDevice());
+  browser.setStandardOutputFile(QProcess::nullDevice());
+  browser.setStandardErrorFile(QProcess::nullDevice());
+  return browser.startDetached();
 }
 
 Twips QtDesktop::screen() {

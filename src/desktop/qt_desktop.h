@@ -1,9 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QObject>
-#include <QString>
-#include <QStringList>
 #include <memory>
 #include <vector>
 
@@ -29,21 +26,18 @@ class QtDesktop : public Desktop {
   std::string pathOf(const std::string& name) override;
   void append(const std::string& name, const std::string& text) override;
   std::string read(const std::string& name) override;
-  void openPage(const std::string& address) override;
+  bool openPage(const std::string& address) override;
   Twips screen() override;
   void showModal(Form& form) override;
+  void select(std::string_view control, std::size_t place) override;
   void unload(Form& form) override;
 
  private:
   void pushAll();
   QWidget* topWindow() const;
-  void reportFailedPages();
 
   std::unique_ptr<QMainWindow> mainWindow_;
   std::vector<FormView*> views_;  ///< of the open forms, the topmost last
-  bool boxOpen_ = false;
-  QStringList failedPages_;  ///< that the user has not been told of
-  QObject lifetime_;         ///< ends the connections that use this desktop
 };
 
 }  // namespace zelvion

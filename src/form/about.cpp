@@ -55,11 +55,11 @@ void About::cmdOK_Click() {
 }
 
 void About::Command1_Click() {
-  desktop_.openPage(addressOf(kTheoryPage));
+  openPage(desktop_, kTheoryPage);
 }
 
 void About::Command2_Click() {
-  desktop_.openPage(addressOf(kDynamicsPage));
+  openPage(desktop_, kDynamicsPage);
 }
 
 const FormTable& About::table() const {

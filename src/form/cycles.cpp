@@ -76,7 +76,7 @@ void Velmoire::searchCycle(const CycleSearch& search) {
 }
 
 void Velmoire::informOfTime(const Moment& start) {
-  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds);
+  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds - secondsInBox_);
   inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
 }
 

@@ -8,6 +8,9 @@
 
 namespace zelvion {
 
+/// The title of a message box for which no other is given.
+inline constexpr std::string_view kApplicationTitle = "zelvion";
+
 /// The button sets of a message box.
 enum class Buttons : std::uint8_t { Ok, YesNo };
 
@@ -43,13 +46,15 @@ class Desktop {
   virtual void append(const std::string& name, const std::string& text) = 0;
   /// The bytes of the file `name` of the program's directory. Throws std::system_error.
   virtual std::string read(const std::string& name) = 0;
-  /// Opens a page in the user's browser and returns at once. Throws Refusal if none can be
-  /// started.
-  virtual void openPage(const std::string& address) = 0;
+  /// Opens a page in the user's browser and returns at once; false if none can be started.
+  virtual bool openPage(const std::string& address) = 0;
   /// The size of the screen.
   virtual Twips screen() = 0;
   /// Opens `form` as a modal window; returns when it is closed.
   virtual void showModal(Form& form) = 0;
+  /// Puts the keyboard on the text box `control` of the topmost form and selects the character that begins at
+  /// byte `place` of its text; all before it are single bytes.
+  virtual void select(std::string_view control, std::size_t place) = 0;
   /// Closes the window of `form`. Closing the main window ends the program.
   virtual void unload(Form& form) = 0;
 };

@@ -42,19 +42,19 @@ void Velmoire::Command14_Click() {
 }
 
 void Velmoire::Command16_Click() {
-  desktop_.openPage(addressOf(kTheoryPage));
+  openPage(desktop_, kTheoryPage);
 }
 
 void Velmoire::Command17_Click() {
-  desktop_.openPage(addressOf(kHomePage));
+  openPage(desktop_, kHomePage);
 }
 
 void Velmoire::Command18_Click() {
-  desktop_.openPage(addressOf(kDynamicsPage));
+  openPage(desktop_, kDynamicsPage);
 }
 
 void Velmoire::mnuHtml_Click() {
-  desktop_.openPage(addressOf(kInstructionsPage));
+  openPage(desktop_, kInstructionsPage);
 }
 
 }  // namespace zelvion

@@ -1,8 +1,26 @@
+#include <utility>
+
 #include "engine/text/utf8.h"
 #include "engine/transform/orbit.h"
 #include "form/velmoire.h"
 
 namespace zelvion {
+namespace {
+
+// The first `count` iterates, each after a blank.
+std::string iterates(const std::string& kText, const std::string& start, int count) {
+  DigitPower power(kText);
+  Orbit orbit(power, start);
+  std::string list;
+  for (int i = 0; i < count; ++i) {
+    orbit.advance();
+    list += ' ';
+    orbit.appendTo(list);
+  }
+  return list;
+}
+
+}  // namespace
 
 std::string Velmoire::sommepuis(const std::string& ent) {
   DigitPower power(ordrek.Text);
@@ -18,22 +36,18 @@ void Velmoire::Command10_Click() {
 }
 
 void Velmoire::Command6_Click() {
-  constexpr int kIterates = 1000;
-  RichTextBox1.Text = "Je calcule ...";
+  std::string before = std::exchange(RichTextBox1.Text, "Je calcule ...");
   std::string start = entier.Text;
   if (start.empty()) {
     inform("Choisissez un nombre à étudier! Je choisis 789 par exemple!", standardTitle());
     start = "789";
   }
-  DigitPower power(ordrek.Text);
-  Orbit orbit(power, start);
-  std::string list;
-  for (int i = 0; i < kIterates; ++i) {
-    orbit.advance();
-    list += ' ';
-    orbit.appendTo(list);
+  try {
+    RichTextBox1.Text = iterates(ordrek.Text, start, 1'000);
+  } catch (...) {
+    RichTextBox1.Text = std::move(before);
+    throw;
   }
-  RichTextBox1.Text = std::move(list);
 }
 
 void Velmoire::Command2_Click() {

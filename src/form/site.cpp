@@ -1,9 +1,17 @@
 #include "form/site.h"
 
+#include <string>
+
 namespace zelvion {
 
-std::string addressOf(std::string_view page) {
-  return std::string(ZELVION_SITE).append(page);
+void openPage(Desktop& desktop, std::string_view page) {
+  const std::string address = std::string(ZELVION_SITE).append(page);
+  if (desktop.openPage(address)) return;
+  desktop.message("La page " + address +
+                      " n’a pas pu être ouverte\u00a0: le programme xdg-open, qui lance le navigateur, est "
+                      "introuvable ou "
+                      "ne démarre pas.",
+                  Buttons::Ok, std::string(kApplicationTitle));
 }
 
 }  // namespace zelvion

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <string>
 #include <string_view>
+
+#include "form/desktop.h"
 
 namespace zelvion {
 
@@ -11,7 +12,8 @@ inline constexpr std::string_view kHomePage = "/index.php";
 inline constexpr std::string_view kDynamicsPage = "/systdyn.php";
 inline constexpr std::string_view kInstructionsPage = "/zelvion.php";
 
-/// The web address of a page. The address of the site is set when the program is configured (ZELVION_SITE).
-std::string addressOf(std::string_view page);
+/// Opens a page of the site, whose address is set when the program is configured (ZELVION_SITE), or tells
+/// that it cannot be opened.
+void openPage(Desktop& desktop, std::string_view page);
 
 }  // namespace zelvion

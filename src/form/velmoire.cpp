@@ -76,10 +76,16 @@ bool Velmoire::handles(std::string_view name) const {
 
 void Velmoire::click(std::string_view name) {
   recordFailed_ = false;
+  secondsInBox_ = 0;
+  const auto title = [this] { return standardTitle(); };
   try {
     if (const auto* handler = findHandler(kHandlers, name)) (this->*handler->run)();
+  } catch (const Refusal& refusal) {
+    reportFailure(desktop_, title);
+    const std::string_view box = name == "Command2" || name == "Command7" ? "elem" : "entier";
+    if (!refusal.text().empty() && refusal.text() == *text(box)) desktop_.select(box, refusal.place());
   } catch (...) {
-    reportFailure(desktop_, [this] { return standardTitle(); });
+    reportFailure(desktop_, title);
   }
 }
 
@@ -105,9 +111,11 @@ void Velmoire::record(const std::string& file, const std::string& text) {
   } catch (const std::system_error& error) {
     if (!recordFailed_) {
       recordFailed_ = true;
+      const std::int64_t opened = desktop_.now().seconds;
       inform("Le résultat n’a pas pu être écrit dans le fichier « " + desktop_.pathOf(file) +
                  " » : " + text::reasonOf(error.code()) + ". Il est affiché tout de même.",
              standardTitle());
+      secondsInBox_ = desktop_.now().seconds - opened;
     }
   }
 }

@@ -13,9 +13,6 @@ class DigitPower;
 struct FixedPointSearch;
 struct HighOrder;
 
-/// The title of a message box for which no other is given.
-inline constexpr std::string_view kApplicationTitle = "zelvion";
-
 /// A control whose text belongs to the form.
 struct TextControl {
   std::string Text;
@@ -212,7 +209,8 @@ class Velmoire : public Form {
   void testHigh(const HighOrder& order, DigitPower& power, const std::string& ent);
 
   Desktop& desktop_;
-  bool recordFailed_ = false;  ///< a record of this press could not be written, and the user was told so
+  bool recordFailed_ = false;      ///< a record of this press could not be written, and the user was told so
+  std::int64_t secondsInBox_ = 0;  ///< for which that box stood open: no time of computation
 };
 
 }  // namespace zelvion

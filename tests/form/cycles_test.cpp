@@ -144,9 +144,11 @@ TEST_P(Cycles, Failures) {
 
   type("3", "153");
   desktop_.writeError = EACCES;
+  desktop_.onMessage = [this] { desktop_.clock += 4; };
   const std::vector<std::string> boxes = search(0, 3);
   EXPECT_TRUE(boxes[0].starts_with(standard()));
   EXPECT_NE(boxes[0].find(desktop_.pathOf(long_ ? "cycle.txt" : "velmoire.txt")), std::string::npos);
+  EXPECT_TRUE(boxes[1].ends_with(" 0 Seconde(s)")) << boxes[1];
   EXPECT_NE(boxes[2].find("\r\n(153)\r\n"), std::string::npos);
   EXPECT_EQ(title() + form_.RichTextBox1.Text, long_ ? boxes[2] : title());
 }

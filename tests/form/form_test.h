@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/plain_power.h"
+#include "engine/text/refusal.h"
 #include "form/scripted_desktop.h"
 #include "form/velmoire.h"
 

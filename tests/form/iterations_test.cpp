@@ -56,7 +56,10 @@ TEST_F(Transform, ImageReplacesP) {
     type(k, p);
     EXPECT_TRUE(refuses("Command10", told)) << told;
     EXPECT_EQ(form_.entier.Text, p);
+    EXPECT_EQ(desktop_.selected, p == "12a" ? "entier 2" : "");
   }
+  EXPECT_TRUE(refuses("Command7", "12a"));
+  EXPECT_EQ(desktop_.selected, "elem 2");
 }
 
 TEST_F(Transform, ThousandIterates) {
@@ -72,8 +75,9 @@ TEST_F(Transform, ThousandIterates) {
   EXPECT_EQ(press("Command6")[0], standard() + "Choisissez un nombre à étudier! Je choisis 789 par exemple!");
   EXPECT_EQ(form_.RichTextBox1.Text.substr(0, 9) + form_.entier.Text, " 1584 702");
   type("40000", "9");  // the first iterate is longer than what can be transformed
+  form_.RichTextBox1.Text = "avant";
   EXPECT_TRUE(refuses("Command6", "32766"));
-  EXPECT_EQ(form_.RichTextBox1.Text, "Je calcule ...");
+  EXPECT_EQ(form_.RichTextBox1.Text, "avant");
 }
 
 TEST_F(Transform, Itineraries) {

@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "engine/text/refusal.h"
 #include "form/desktop.h"
 
 namespace zelvion::testing {
@@ -73,9 +72,9 @@ class ScriptedDesktop : public Desktop {
     return file->second;
   }
 
-  void openPage(const std::string& address) override {
-    if (!pageError.empty()) throw Refusal(pageError);
+  bool openPage(const std::string& address) override {
     pages.push_back(address);
+    return hasBrowser;
   }
 
   Twips screen() override { return {19'200, 10'800}; }
@@ -83,13 +82,17 @@ class ScriptedDesktop : public Desktop {
     shown.push_back(&form);
     if (onModal) onModal(form);
   }
+  void select(std::string_view control, std::size_t place) override {
+    selected = std::string(control) + " " + std::to_string(place);
+  }
   void unload(Form& form) override { unloaded.push_back(&form); }
 
   std::map<std::string, std::string> files;  ///< the program's directory
   int writeError = 0;                        ///< what every write fails with, if not 0
   std::vector<std::string> pages;
-  std::string pageError;
+  bool hasBrowser = true;
   std::vector<Form*> shown;
+  std::string selected;  ///< the latest text box of which a character was selected, and the place of that
   std::vector<Form*> unloaded;
   std::function<void()> onMessage;
   std::function<void(Form&)> onModal;

@@ -38,9 +38,15 @@ TEST_F(Shell, PagesOpenAndFailuresAreTold) {
   for (const char* name : {"Command16", "Command17", "Command18", "mnuHtml"}) press(name, {});
   const char* paths[] = {"/mathfon/velmoire.php", "/index.php", "/systdyn.php", "/zelvion.php"};
   for (std::size_t i = 0; i < 4; ++i) EXPECT_TRUE(desktop_.pages.at(i).ends_with(paths[i])) << paths[i];
-  desktop_.pageError = "aucun navigateur";
-  form_.ordrek.Text = " x";
-  EXPECT_TRUE(refuses("Command17", "aucun navigateur"));
+  desktop_.hasBrowser = false;
+  const std::string box = press("Command16")[0];
+  EXPECT_TRUE(box.starts_with("zelvion|") && box.find("/mathfon/velmoire.php n’a") != box.npos) << box;
+  desktop_.onModal = [this](Form& about) {
+    desktop_.expect(Answer::Ok);
+    about.click("Command1");
+  };
+  form_.click("mnuApropos");
+  EXPECT_EQ(shown()[0], box);
 }
 
 TEST_F(Shell, Explanations) {

@@ -1,11 +1,17 @@
 #include "engine/arith/multiply.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
-#include <cassert>
+#include <cfloat>
+#include <cmath>
+#include <complex>
 #include <cstdint>
+#include <limits>
+#include <memory>
+#include <numbers>
 #include <utility>
+
+#include "engine/arith/fourier.h"
+#include "engine/arith/vector_product.h"
 
 namespace zelvion {
 namespace {
@@ -14,7 +20,8 @@ using Limb = Decimal::Limb;
 using Limbs = std::span<const Limb>;
 
 // From this length of the shorter operand on, transforms are faster than columns.
-constexpr std::size_t kTransformLength = 640;
+constexpr std::size_t kTransformLength = 192;
+constexpr std::size_t kVectorLength = 64;
 
 // The textbook way, with the columns left without a carry until the end: a column adds at most
 // kTransformLength products below 10^16, which 64 bits hold.
@@ -34,173 +41,95 @@ std::vector<Limb> multiplyColumns(Limbs a, Limbs b) {
   return product;
 }
 
-// The integers modulo the prime 2^64 - 2^32 + 1, whose multiplicative group has a subgroup of every order 2^n
-// up to n = 32 and in which 2^64 is 2^32 - 1, so that a product is reduced by shifts (R. Solinas,
-// "Generalized Mersenne Numbers", 1999).
-namespace field {
+using Wide = std::complex<long double>;
+static_assert(std::numeric_limits<long double>::digits >= 64, "the roots need more than a double");
+static_assert(FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1, "sums of doubles are rounded to doubles");
 
-constexpr std::uint64_t kPrime = 0xFFFFFFFF00000001;
-constexpr std::uint64_t kEpsilon = 0xFFFFFFFF;  // 2^64 modulo the prime
-constexpr std::uint64_t kGenerator = 7;
-
-// All ones where `condition` holds: the values are random, and a branch on them would be guessed wrong half
-// the time.
-inline std::uint64_t mask(bool condition) {
-  return std::uint64_t{0} - static_cast<std::uint64_t>(condition);
+// e^(2 pi i part)
+Wide rootOfUnity(long double part) {
+  const long double angle = 2 * std::numbers::pi_v<long double> * part;
+  return {std::cos(angle), std::sin(angle)};
 }
 
-inline std::uint64_t subtract(std::uint64_t a, std::uint64_t b) {
-  return a - b - (mask(a < b) & kEpsilon);
-}
-
-inline std::uint64_t add(std::uint64_t a, std::uint64_t b) {
-  return subtract(a, kPrime - b);
-}
-
-inline std::uint64_t multiply(std::uint64_t a, std::uint64_t b) {
-  __extension__ using Wide = unsigned __int128;
-  const Wide product = static_cast<Wide>(a) * b;
-  const auto low = static_cast<std::uint64_t>(product);
-  const auto high = static_cast<std::uint64_t>(product >> 64);
-  const std::uint64_t top = high >> 32;                                        // worth 2^96, which is -1
-  const std::uint64_t middle = ((high & kEpsilon) << 32) - (high & kEpsilon);  // worth 2^64
-  const std::uint64_t difference = low - top - (mask(low < top) & kEpsilon);
-  std::uint64_t result = difference + middle;
-  result += mask(result < middle) & kEpsilon;
-  return result - (mask(result >= kPrime) & kPrime);
-}
-
-std::uint64_t power(std::uint64_t base, std::uint64_t exponent) {
-  std::uint64_t result = 1;
-  for (; exponent > 0; exponent >>= 1) {
-    if (exponent & 1) result = multiply(result, base);
-    base = multiply(base, base);
-  }
-  return result;
-}
-
-}  // namespace field
-
-// A number theoretic transform of 2^n values (J. M. Pollard, "The Fast Fourier Transform in a Finite Field",
-// 1971). `forward` leaves the values in bit-reversed order, `backward` takes them so: nothing is reordered.
-class NumberTransform {
- public:
-  explicit NumberTransform(std::size_t size) : roots_(size), backRoots_(size) {
-    assert(std::has_single_bit(size));
-    fillRoots(roots_, field::power(field::kGenerator, (field::kPrime - 1) / size));
-    fillRoots(backRoots_,
-              field::power(field::power(field::kGenerator, (field::kPrime - 1) / size), size - 1));
-  }
-
-  void forward(std::span<std::uint64_t> values) const {
-    // Halves are finished one after the other, so that they stay in the cache once they fit there.
-    const std::size_t half = values.size() / 2;
-    if (half == 0) return;
-    const std::uint64_t* root = roots_.data() + half;
-    std::uint64_t* low = values.data();
-    std::uint64_t* high = low + half;
-    for (std::size_t i = 0; i < half; ++i) {
-      const std::uint64_t a = low[i];
-      const std::uint64_t b = high[i];
-      low[i] = field::add(a, b);
-      high[i] = field::multiply(field::subtract(a, b), root[i]);
-    }
-    forward(values.first(half));
-    forward(values.last(half));
-  }
-
-  void backward(std::span<std::uint64_t> values) const {
-    const std::size_t half = values.size() / 2;
-    if (half == 0) return;
-    backward(values.first(half));
-    backward(values.last(half));
-    const std::uint64_t* root = backRoots_.data() + half;
-    std::uint64_t* low = values.data();
-    std::uint64_t* high = low + half;
-    for (std::size_t i = 0; i < half; ++i) {
-      const std::uint64_t a = low[i];
-      const std::uint64_t b = field::multiply(high[i], root[i]);
-      low[i] = field::add(a, b);
-      high[i] = field::subtract(a, b);
+std::unique_ptr<const fourier::Roots> makeRoots() {
+  // The polynomial x^4q - e^(2 pi i t) has the parts x^q - e^(2 pi i (t/4 + turn)), in this order. Those of
+  // block b are the blocks 4b to 4b + 3, and t = 1/4 is where all begins.
+  constexpr long double kTurns[] = {0, 0.5L, 0.25L, 0.75L};
+  auto roots = std::make_unique<fourier::Roots>();
+  std::vector<Wide> blocks(fourier::kMostBlocks, 1);
+  long double scale = 0.25L;
+  for (std::size_t done = 1; done < blocks.size(); done *= 4, scale /= 4) {
+    for (std::size_t i = 1; i < 4; ++i) {
+      const Wide turn = rootOfUnity(scale * kTurns[i]);
+      for (std::size_t j = 0; j < done; ++j) blocks[i * done + j] = blocks[j] * turn;
     }
   }
-
- private:
-  // roots[half + i] is the i-th power of the primitive root of order 2 * half.
-  static void fillRoots(std::vector<std::uint64_t>& roots, std::uint64_t root) {
-    std::size_t half = roots.size() / 2;
-    if (half == 0) return;
-    roots[half] = 1;
-    for (std::size_t i = 1; i < half; ++i) roots[half + i] = field::multiply(roots[half + i - 1], root);
-    for (; half > 1; half /= 2) {
-      for (std::size_t i = 0; i < half / 2; ++i) roots[half / 2 + i] = roots[half + 2 * i];
+  for (std::size_t b = 0; b < blocks.size(); ++b) {
+    Wide power = 1;
+    for (fourier::Root& root : roots->blocks[b]) {
+      power *= blocks[b];
+      root = {static_cast<double>(power.real()), static_cast<double>(power.imag())};
     }
   }
-
-  std::vector<std::uint64_t> roots_;
-  std::vector<std::uint64_t> backRoots_;
-};
-
-// The coefficients of a transform have six digits, four of them in the place of three limbs: a column of 2^24
-// products stays below the prime, which is more digits than anybody multiplies here.
-constexpr std::uint64_t kCoefficient = 1'000'000;
-
-std::vector<std::uint64_t> toCoefficients(Limbs limbs, std::size_t size) {
-  std::vector<std::uint64_t> coefficients(size, 0);
-  for (std::size_t i = 0, j = 0; i < limbs.size(); i += 3, j += 4) {
-    const Limb low = limbs[i];
-    const Limb middle = i + 1 < limbs.size() ? limbs[i + 1] : 0;
-    const Limb high = i + 2 < limbs.size() ? limbs[i + 2] : 0;
-    coefficients[j] = low % 1'000'000;
-    coefficients[j + 1] = low / 1'000'000 + middle % 10'000 * 100;
-    coefficients[j + 2] = middle / 10'000 + high % 100 * 10'000;
-    coefficients[j + 3] = high / 100;
-  }
-  return coefficients;
-}
-
-std::vector<Limb> fromCoefficients(std::span<const std::uint64_t> coefficients, std::uint64_t scale,
-                                   std::size_t limbCount) {
-  std::vector<Limb> limbs(limbCount);
-  std::uint64_t carry = 0;
-  std::array<Limb, 4> c{};
-  for (std::size_t i = 0, j = 0; i < limbCount; i += 3, j += 4) {
-    for (std::size_t part = 0; part < 4; ++part) {
-      if (j + part < coefficients.size()) carry += field::multiply(coefficients[j + part], scale);
-      c[part] = static_cast<Limb>(carry % kCoefficient);
-      carry /= kCoefficient;
+  const auto setLane = [](fourier::Complex& vector, std::size_t lane, const Wide& root) {
+    vector.re[lane] = static_cast<double>(root.real());
+    vector.im[lane] = static_cast<double>(root.imag());
+  };
+  for (std::size_t lane = 0; lane < 4; ++lane) {
+    setLane(roots->first, lane, rootOfUnity(static_cast<long double>(lane) / 16));
+    long double part = (kTurns[lane] + 1.0L / 16) / 4;
+    for (auto& depth : roots->depths) {
+      for (std::size_t i = 0; i < 3; ++i) {
+        setLane(depth[i], lane, rootOfUnity(static_cast<long double>(i + 1) * part));
+      }
+      part /= 4;
     }
-    limbs[i] = c[0] + c[1] % 100 * 1'000'000;
-    if (i + 1 < limbCount) limbs[i + 1] = c[1] / 100 + c[2] % 10'000 * 10'000;
-    if (i + 2 < limbCount) limbs[i + 2] = c[2] / 10'000 + c[3] * 100;
   }
-  return limbs;
+  return roots;
 }
 
 std::vector<Limb> multiplyTransformed(Limbs a, Limbs b) {
-  const auto coefficientCount = [](Limbs limbs) { return (limbs.size() + 2) / 3 * 4; };
-  const std::size_t size = std::bit_ceil(coefficientCount(a) + coefficientCount(b));
-  assert(size <= std::size_t{1} << 24);
-  const NumberTransform transform(size);
-  std::vector<std::uint64_t> product = toCoefficients(a, size);
-  transform.forward(product);
-  if (a.data() == b.data() && a.size() == b.size()) {
-    for (std::uint64_t& value : product) value = field::multiply(value, value);
+  const std::size_t count = a.size() + b.size();
+  // There is room for more limbs than the product has, and no power of four could be greater.
+  std::size_t size = 4;
+  while (fourier::kMostLeaf * size * 4 <= count) size *= 4;
+  size *= count / (size * 4) + 1;
+  const bool isSquare = a.data() == b.data() && a.size() == b.size();
+  std::vector<Limb> product(4 * size), other(isSquare ? 0 : 4 * size);
+  std::copy(a.begin(), a.end(), product.begin());
+  if (!isSquare) std::copy(b.begin(), b.end(), other.begin());
+  const auto values = std::make_unique_for_overwrite<fourier::Complex[]>(isSquare ? size : 2 * size);
+  const fourier::Task task = {size, product.data(), isSquare ? nullptr : other.data(), values.get()};
+  static const auto roots = makeRoots();
+  if (vector_product::isSupported()) {
+    vector_product::multiply(*roots, task);
   } else {
-    std::vector<std::uint64_t> other = toCoefficients(b, size);
-    transform.forward(other);
-    for (std::size_t i = 0; i < size; ++i) product[i] = field::multiply(product[i], other[i]);
+    fourier::multiply(*roots, task);
   }
-  transform.backward(product);
-  const std::uint64_t scale = field::power(size, field::kPrime - 2);
-  return fromCoefficients(product, scale, a.size() + b.size());
+  product.resize(count);
+  return product;
 }
 
 }  // namespace
 
 std::vector<Limb> multiplyLimbs(Limbs a, Limbs b) {
   if (a.size() > b.size()) std::swap(a, b);
-  return a.size() < kTransformLength ? multiplyColumns(a, b) : multiplyTransformed(a, b);
+  if (a.size() < (vector_product::isSupported() ? kVectorLength : kTransformLength)) {
+    return multiplyColumns(a, b);
+  }
+  if (a.size() + b.size() < fourier::kMostLimbs) return multiplyTransformed(a, b);
+  // Too long for a transform: the halves of the longer one, each by the other number.
+  const std::size_t half = b.size() / 2;
+  std::vector<Limb> product = multiplyLimbs(a, b.first(half));
+  const std::vector<Limb> high = multiplyLimbs(a, b.subspan(half));
+  product.resize(a.size() + b.size());
+  Limb carry = 0;
+  for (std::size_t i = 0; i < high.size(); ++i) {
+    const Limb sum = product[half + i] + high[i] + carry;
+    carry = sum >= Decimal::kBase ? 1 : 0;
+    product[half + i] = sum - carry * Decimal::kBase;
+  }
+  return product;
 }
 
 }  // namespace zelvion

@@ -15,8 +15,8 @@
 namespace zelvion::command {
 namespace {
 
-constexpr std::array kSubcommands = {&kImage,      &kIterates,     &kCycle,
-                                     &kSilhouette, &kNarcissistic, &kFixedPoints};
+constexpr std::array kSubcommands = {&kImage,        &kIterates,    &kCycle,  &kSilhouette,
+                                     &kNarcissistic, &kFixedPoints, &kCycles, &kAtlas};
 
 constexpr std::array kGeneralOptions = {kHelpOption, kHelpAlias,
                                         Option{'V', "version", "", "affiche la version"}};

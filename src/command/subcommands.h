@@ -29,6 +29,8 @@ extern const Subcommand kCycle;
 extern const Subcommand kSilhouette;
 extern const Subcommand kNarcissistic;
 extern const Subcommand kFixedPoints;
+extern const Subcommand kCycles;
+extern const Subcommand kAtlas;
 
 // Options that several of them have.
 inline constexpr Option kPowerOption = {'k', "puissance", "K", "la puissance, un entier à partir de 1"};

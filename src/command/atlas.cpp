@@ -1,0 +1,77 @@
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "command/atlas_pages.h"
+#include "command/atlas_pictures.h"
+#include "command/atlas_work.h"
+#include "command/subcommands.h"
+#include "command/typography.h"
+#include "engine/atlas/range.h"
+#include "engine/atlas/silhouette_map.h"
+
+namespace zelvion::command {
+namespace {
+
+constexpr std::array kOptions = {
+    Option{'o', "dossier", "DOSSIER", "où écrire les pages (par défaut, atlas)"},
+    Option{0, "image", "FICHIER", "n'écrit que la carte d'une puissance de 2 à 5, en SVG"},
+    kDigitsOption,
+    kMemoryOption,
+    kThreadsOption,
+    kHelpOption,
+    kHelpAlias};
+
+void writeFile(const std::filesystem::path& path, const std::string& text) {
+  errno = 0;
+  std::ofstream file(path, std::ios::binary);
+  file << text;
+  file.close();
+  if (!file) throw std::system_error(errno == 0 ? EIO : errno, std::generic_category(), path.string());
+}
+
+int run(const Arguments& arguments, Output& output, Environment& environment) {
+  if (arguments.operands().size() != 1) {
+    throw WrongCall("Il faut une puissance, par exemple 3, ou un intervalle comme 1..20.");
+  }
+  const IntegerRange powers = readRange(arguments.operands().front(), "La puissance", 1, atlas::kMaxPower);
+  const AtlasWork work(arguments, environment);
+  const auto image = arguments.value("image");
+  if (image && (powers.first != powers.last || powers.first < 2 || powers.first > atlas::kMaxMapPower)) {
+    throw WrongCall("Une carte se dessine pour une seule puissance, de 2 à 5.");
+  }
+  std::vector<AtlasFacts> facts;
+  for (std::int32_t k = powers.first; k <= powers.last; ++k) {
+    auto found = findFacts(k, work, environment);
+    if (!found) return kInterrupted;
+    facts.push_back(std::move(*found));
+  }
+  if (image) {
+    writeFile(std::string(*image), mapPicture(facts.front(), true));
+    return kSuccess;
+  }
+  const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
+  std::filesystem::create_directories(folder);
+  const auto pages = atlasPages(facts);
+  for (const auto& [name, text] : pages) writeFile(folder / name, text);
+  output << typeset(counted(pages.size(), "fichier") + " dans « " + folder.string() + " » : ouvrez ")
+         << (folder / "index.html").string() << ".\n";
+  return kSuccess;
+}
+
+}  // namespace
+
+constinit const Subcommand kAtlas = {
+    "atlas",
+    "K",
+    "des pages avec des images : tous les cycles d'une puissance, ou de plusieurs",
+    "Écrit dans un dossier des pages qu'un navigateur montre sans rien d'autre : une vue\n"
+    "d'ensemble, et pour chaque puissance ses cycles, combien de nombres y finissent, le\n"
+    "plus long chemin, et pour k = 2 à 5 la carte de toutes les silhouettes.",
+    "$ velmoire atlas 1..3 -o atlas\n10 fichiers dans « atlas » : ouvrez atlas/index.html.\n",
+    kOptions,
+    run};
+
+}  // namespace zelvion::command

@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+
+#include "command/call.h"
+
+namespace zelvion::command {
+namespace {
+
+using testing::call;
+using testing::callLine;
+
+/// A folder that goes with the test.
+class AtlasCalls : public ::testing::Test {
+ protected:
+  AtlasCalls() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "zelvion-atlas-XXXXXX").string();
+    EXPECT_NE(::mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+  }
+  ~AtlasCalls() override { std::filesystem::remove_all(folder_); }
+
+  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string read(const std::string& name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(path(name), std::ios::binary) << text;
+  }
+
+  std::filesystem::path folder_;
+};
+
+std::size_t timesIn(const std::string& text, const std::string& part) {
+  std::size_t times = 0;
+  for (std::size_t i = text.find(part); i != std::string::npos; i = text.find(part, i + 1)) ++times;
+  return times;
+}
+
+TEST_F(AtlasCalls, CyclesAreProvenAndCounted) {
+  const auto text = callLine("cycles -k 2..3 --bassins --points");
+  EXPECT_EQ(text.status, kSuccess) << text.err;
+  EXPECT_NE(
+      text.out.find("Tout nombre finit sous 10⁴. Liste complète\u00A0: 10 cycles, dont 6 points fixes.\n"),
+      std::string::npos)
+      << text.out;
+  EXPECT_NE(text.out.find("\nCycle 3\u00A0: 4 16 37 58 89 145 42 20\n"), std::string::npos);
+  const auto csv = callLine("cycles -k 3 --bassins --csv");
+  EXPECT_TRUE(
+      csv.out.starts_with("k,cycle,ordre,plus_petit,plus_grand,chiffres,nombres,pas_max,depuis,sous,pas\n"));
+  EXPECT_NE(csv.out.find("\n3,3,1,153,153,4,3333,13,177,"), std::string::npos) << csv.out;
+  const auto json = callLine("cycles -k 3 --json --points");
+  EXPECT_NE(
+      json.out.find(
+          R"({"k":"3","cycle":"9","ordre":"3","plus_petit":"55","plus_grand":"250","points":["55","250","133"]})"),
+      std::string::npos)
+      << json.out;
+  // Of fewer digits, and said so.
+  const auto few = callLine("cycles -k 12 --chiffres 3");
+  EXPECT_NE(few.out.find("10³ − 1, tous comptés\u00A0; des nombres plus grands, il n’est rien dit ici."),
+            std::string::npos)
+      << few.out;
+  EXPECT_EQ(callLine("cycles -k 16 --fils 1 --bassins").out,
+            callLine("cycles -k 16 --fils 3 --bassins --memoire 1").out);
+}
+
+TEST_F(AtlasCalls, DotHasAnArrowForEveryPointOrSilhouette) {
+  EXPECT_EQ(timesIn(callLine("cycles -k 3 --dot").out, "->"), 715U);
+  EXPECT_EQ(timesIn(callLine("cycles -k 7 --dot").out, "->"), 272U);
+}
+
+TEST_F(AtlasCalls, PartsJoinToTheWholeToTheLetter) {
+  for (const std::string options : {" --bassins", ""}) {
+    std::vector<std::string> words = {"cycles", "--reunir", "--points", "--csv"};
+    for (const char* number : {"3", "1", "5", "2", "4"}) {
+      const std::string file = path(std::string(number) + options + ".json");
+      const auto part = call({"cycles", "-k", "11", "--partie", std::string(number) + "/5", "-o", file,
+                              options.empty() ? "--fils=2" : "--bassins"});
+      ASSERT_EQ(part.status, kSuccess) << part.err;
+      words.push_back(file);
+    }
+    const auto whole = callLine("cycles -k 11 --points --csv" + options);
+    const auto joined = call(words);
+    EXPECT_EQ(joined.out, whole.out);
+    EXPECT_EQ(joined.status, kSuccess) << joined.err;
+    const std::string first = words[4];
+    words[4] = words[5];
+    EXPECT_NE(call(words).err.find("La partie 1 est en double"), std::string::npos);
+    words.erase(words.begin() + 4);
+    EXPECT_NE(call(words).err.find("Il manque, sur 5 parties\u00A0: 3."), std::string::npos)
+        << call(words).err;
+    EXPECT_EQ(call(words).status, kFailure);
+  }
+}
+
+TEST_F(AtlasCalls, PartsOfOtherWorkOrDamagedAreTold) {
+  const auto partTo = [&](const std::string& file, const std::string& options) {
+    EXPECT_EQ(callLine("cycles " + options + " -o " + path(file)).status, kSuccess);
+  };
+  partTo("a", "-k 5 --bassins --partie 1/2");
+  partTo("b", "-k 6 --bassins --partie 2/2");
+  partTo("c", "-k 5 --partie 2/2");
+  partTo("d", "-k 5 --bassins --partie 2/3");
+  partTo("e", "-k 5 --chiffres 3 --partie 2/2");
+  partTo("f", "-k 5 --bassins --partie 2/2");
+  const auto joined = [&](const std::string& file) {
+    return callLine("cycles --reunir " + path("a") + " " + path(file));
+  };
+  const std::pair<const char*, const char*> rows[] = {{"b", "k = 6 au lieu de 5"},
+                                                      {"c", "sans"},
+                                                      {"d", "3 parties au lieu de 2"},
+                                                      {"e", "chiffres"},
+                                                      {"z", "ouvert"}};
+  for (const auto& [file, told] : rows) {
+    const auto result = joined(file);
+    EXPECT_EQ(result.status, kFailure) << file;
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find(told), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(joined("f").status, kSuccess);
+  const std::string good = read("f");
+  std::string count = good;
+  const std::size_t digit = count.find("\"sous\":[\"") + 8;
+  count[digit] = count[digit] == '1' ? '2' : '1';
+  std::string point = good;
+  point.replace(point.find("54748"), 5, "54747");
+  for (const std::string& damaged : {good.substr(0, good.size() / 2), std::string(), count, point}) {
+    write("f", damaged);
+    EXPECT_EQ(joined("f").status, kFailure);
+    EXPECT_EQ(joined("f").out, "");
+  }
+}
+
+TEST_F(AtlasCalls, WrongCallsAreTold) {
+  for (const char* line : {"cycles", "cycles -k 0", "cycles -k 131", "cycles -k 3 4",
+                           "cycles -k 3 --partie 3", "cycles -k 3 --partie 3/2", "cycles -k 3 --partie 0/2",
+                           "cycles -k 2..3 --partie 1/2", "cycles -k 3 --csv --partie 1/2", "cycles --reunir",
+                           "cycles -k 3 --reunir x", "cycles -k 3 --dot --csv", "cycles -k 3 --chiffres 0",
+                           "atlas", "atlas 3..2", "atlas 2 3", "atlas 6 --image x", "atlas 2..3 --image x"}) {
+    const auto wrong = callLine(line);
+    EXPECT_EQ(wrong.status, kWrongCall) << line;
+    EXPECT_EQ(wrong.out, "");
+    EXPECT_NE(wrong.err, "");
+  }
+  EXPECT_EQ(callLine("atlas 2 -o /dev/null/atlas").status, kFailure);
+}
+
+TEST_F(AtlasCalls, PagesTellWhatTheyShow) {
+  const auto written = call({"atlas", "2..4", "-o", path("atlas")});
+  ASSERT_EQ(written.status, kSuccess) << written.err;
+  const std::map<std::string, std::size_t> pictures = {
+      {"index.html", 5}, {"k2.html", 3 + 3}, {"k3.html", 10 + 3}, {"k4.html", 7 + 3}};
+  for (const auto& [name, count] : pictures) {
+    const std::string page = read("atlas/" + name);
+    EXPECT_EQ(timesIn(page, "<svg"), count) << name;
+    EXPECT_EQ(timesIn(page, "role=\"img\""), count) << name;
+    EXPECT_EQ(timesIn(page, "</title><desc>"), count) << name;
+    for (const char* outside : {"http://", "https://", "<script", "<link", "@import"}) {
+      const std::size_t names = timesIn(page, "xmlns=\"http://www.w3.org/2000/svg\"");
+      EXPECT_EQ(timesIn(page, outside), std::string(outside) == "http://" ? names : 0)
+          << name << " " << outside;
+    }
+    // Every link leads to a file that was written.
+    const std::regex link("href=\"([^\"]+)\"");
+    for (std::sregex_iterator i(page.begin(), page.end(), link), end; i != end; ++i) {
+      EXPECT_FALSE(read("atlas/" + (*i)[1].str()).empty()) << (*i)[1];
+    }
+  }
+  const std::string page = read("atlas/k3.html");
+  for (const char* fact : {"33,3\u00A0%", "177", "55 → 250 → 133", "370", "13 pas"}) {
+    EXPECT_NE(page.find(fact), std::string::npos) << fact;
+  }
+  EXPECT_EQ(timesIn(read("atlas/k4-cycles.csv"), "\n"), 1U + 14);
+  EXPECT_TRUE(read("atlas/k4-pas.csv").ends_with("\n")) << read("atlas/k4-pas.csv");
+
+  ASSERT_EQ(call({"atlas", "3", "--image", path("k3.svg")}).status, kSuccess);
+  const std::string map = read("k3.svg");
+  EXPECT_EQ(timesIn(map, "h0"), 715U - 16);     // a point for each silhouette beside the 16 on cycles
+  EXPECT_EQ(timesIn(map, "<circle"), 16U + 4);  // those, and four rings
+}
+
+}  // namespace
+}  // namespace zelvion::command

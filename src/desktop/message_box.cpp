@@ -28,7 +28,7 @@ QString shortTitle(QString title) {
   return title.left(length) + u'…';
 }
 
-LongText* addText(QVBoxLayout* layout, const QString& text, const QString& accessibleName, bool bold) {
+LongText* addText(QVBoxLayout* layout, std::string_view text, const QString& accessibleName, bool bold) {
   auto* view = new LongText;
   view->setFrameShape(QFrame::NoFrame);
   QPalette palette = view->palette();
@@ -50,17 +50,18 @@ QString windowTitleFor(QString title) {
   return title.replace("[*]", "[*][*]");
 }
 
-MessageBox::MessageBox(const QString& prompt, Buttons buttons, const QString& title, QWidget* parent)
-    : QDialog(parent), buttons_(buttons) {
-  setWindowTitle(windowTitleFor(shortTitle(title)));
-  setAccessibleName(title);
+MessageBox::MessageBox(std::string_view prompt, Buttons buttons, std::string title, QWidget* parent)
+    : QDialog(parent), wholeTitle_(std::move(title)), buttons_(buttons) {
+  const QString name = QString::fromStdString(wholeTitle_);
+  setWindowTitle(windowTitleFor(shortTitle(name)));
+  setAccessibleName(name);
   setWindowModality(Qt::ApplicationModal);
   auto* layout = new QVBoxLayout(this);
-  title_ = addText(layout, title, "Titre", true);
+  title_ = addText(layout, wholeTitle_, "Titre", true);
   text_ = addText(layout, prompt, "Message", false);
   layout->setStretchFactor(text_, 1);
   addButtons();
-  fit(title);
+  fit();
 }
 
 void MessageBox::addButtons() {
@@ -81,7 +82,8 @@ void MessageBox::addButtons() {
 }
 
 /// Sizes the box for its title and its text, within the screen.
-void MessageBox::fit(const QString& title) {
+void MessageBox::fit() {
+  const QString title = QString::fromStdString(wholeTitle_);
   const QSize largest = screen()->availableSize() - kFrameAndBorder;
   const int margins = layout()->contentsMargins().left() + layout()->contentsMargins().right();
   QFont barFont = QFontDatabase::systemFont(QFontDatabase::TitleFont);
@@ -93,15 +95,12 @@ void MessageBox::fit(const QString& title) {
   title_->setVisible(!titleFits);
 
   const int comfortable = std::min(kComfortable, largest.width());
-  const int wanted = std::max(
-      {kNarrowest, titleFits ? bar : comfortable, text_->sizeFor(comfortable - margins).width() + margins});
-  const int width = std::min(wanted, largest.width());
-  if (!titleFits)
-    title_->setFixedHeight(std::min(title_->sizeFor(width - margins).height(), largest.height() / 4));
+  const int natural = text_->sizeFor({comfortable - margins, largest.height()}).width() + margins;
+  const int width = std::min(std::max({kNarrowest, titleFits ? bar : comfortable, natural}), largest.width());
+  if (!titleFits) title_->setFixedHeight(title_->sizeFor({width - margins, largest.height() / 4}).height());
   text_->setMinimumHeight(fontMetrics().lineSpacing() + 2 * text_->frameWidth());
-  const int height = layout()->totalMinimumSize().height() - text_->minimumHeight() +
-                     text_->sizeFor(width - margins).height();
-  resize(width, std::min(height, largest.height()));
+  const int others = layout()->totalMinimumSize().height() - text_->minimumHeight();
+  resize(width, others + text_->sizeFor({width - margins, largest.height() - others}).height());
 }
 
 Answer MessageBox::ask() {

@@ -220,6 +220,10 @@ void FormView::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
 }
 
+void FormView::keyPressEvent(QKeyEvent* event) {
+  if (!LongText::zooms(*event)) QScrollArea::keyPressEvent(event);
+}
+
 void FormView::push() {
   for (Field& field : fields_) {
     const std::string& text = *form_.text(field.name);

@@ -36,6 +36,7 @@ class FormView : public QScrollArea {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   /// A control whose text lives in the form.

@@ -1,12 +1,16 @@
 #include "desktop/long_text.h"
 
 #include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPlainTextDocumentLayout>
 #include <QPointer>
 #include <QScrollBar>
 #include <QSignalBlocker>
-#include <QStyle>
+#include <QStyleOptionFrame>
+#include <QStylePainter>
 #include <QTextBlock>
 #include <QTextLayout>
 #include <algorithm>
@@ -27,6 +31,11 @@ constexpr std::size_t kAtOnce = 10'000'000;
 constexpr std::size_t kPiece = 1'000'000;
 /// How much of a change of text is told to assistive tools, which ask for the rest.
 constexpr int kAnnounced = 10'000;
+
+constexpr double kZoomStep = 1.15;
+constexpr int kSmallestZoom = -4;
+constexpr int kLargestZoom = 14;  // seven times the size
+constexpr int kSmallestFont = 6;  // pixels
 
 bool isAscii(char c) {
   return static_cast<unsigned char>(c) < 0x80;
@@ -79,6 +88,7 @@ LongText::LongText(QWidget* parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(true);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
   clearDocument();
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &LongText::loadNearby);
   for (const auto moved : {&QPlainTextEdit::cursorPositionChanged, &QPlainTextEdit::selectionChanged}) {
@@ -213,7 +223,69 @@ QMimeData* LongText::createMimeDataFromSelection() const {
   return copied.release();
 }
 
+void LongText::copyAll() {
+  if (textCursor().hasSelection()) return copy();
+  QGuiApplication::clipboard()->setText(text());
+}
+
+bool LongText::zooms(const QKeyEvent& event) {
+  if (!event.modifiers().testFlag(Qt::ControlModifier)) return false;
+  switch (event.key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+      zoomTo(zoom_ + 1);
+      return true;
+    case Qt::Key_Minus:
+      zoomTo(zoom_ - 1);
+      return true;
+    case Qt::Key_0:
+    case Qt::Key_Agrave:  // the key of the 0 on a French keyboard
+      zoomTo(0);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void LongText::zoomTo(int step) {
+  zoom_ = std::clamp(step, kSmallestZoom, kLargestZoom);
+  for (QWidget* widget : QApplication::allWidgets()) {
+    if (auto* view = qobject_cast<LongText*>(widget)) view->applyZoom();
+  }
+}
+
+void LongText::applyZoom() {
+  QFont zoomedFont = font();
+  if (ownPixels_ == 0) ownPixels_ = zoomedFont.pixelSize();
+  zoomedFont.setPixelSize(std::max(kSmallestFont, qRound(ownPixels_ * std::pow(kZoomStep, zoom_))));
+  if (zoomedFont == font()) return;
+  setFont(zoomedFont);
+  emit zoomed();
+}
+
+void LongText::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QPlainTextEdit::wheelEvent(event);
+  wheel_ += event->angleDelta().y();
+  zoomTo(zoom_ + wheel_ / QWheelEvent::DefaultDeltasPerStep);
+  wheel_ %= QWheelEvent::DefaultDeltasPerStep;
+}
+
+/// Paints the frame of a field that has the focus, which a text view lacks.
+bool LongText::event(QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+  if (event->type() != QEvent::Paint || (framed_ && !hasFocus())) return QPlainTextEdit::event(event);
+  if (!hasFocus()) return true;
+  QStylePainter painter(this);
+  QStyleOptionFrame option;
+  initStyleOption(&option);
+  option.state |= QStyle::State_HasFocus;
+  painter.drawPrimitive(QStyle::PE_FrameLineEdit, option);
+  return true;
+}
+
 void LongText::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return copyAll();
+  if (zooms(*event)) return;
   QPlainTextEdit::keyPressEvent(event);
   const bool steps = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
   if (steps && isJoint(textCursor().position())) QPlainTextEdit::keyPressEvent(event);
@@ -239,6 +311,7 @@ QSize LongText::sizeFor(QSize largest) const {
     layout.setTextOption(document()->defaultTextOption());
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+      line.setLeadingIncluded(true);
       line.setLineWidth(largest.width() - margins - bar);
       width = std::max(width, line.naturalTextWidth());
       height += line.height();

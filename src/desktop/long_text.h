@@ -34,13 +34,29 @@ class LongText : public QPlainTextEdit {
   void select(int anchor, int cursor);
   QString selectedText() const;
 
+  /// Copies what is selected, or the whole text where nothing is.
+  void copyAll();
+  /// Whether the key enlarges or shrinks all long texts of the program, which is done then: Ctrl++, Ctrl+-,
+  /// and Ctrl+0 for their own size.
+  static bool zooms(const QKeyEvent& event);
+  /// Whether the frame shows without the focus, too.
+  void setFramed(bool framed) { framed_ = framed; }
+
   /// The smallest size, within `largest`, in which the whole text stands without scrolling; `largest` if
   /// there is none.
   QSize sizeFor(QSize largest) const;
 
+  /// Gives the text, whose font has its own size, the zoom that holds at present.
+  void applyZoom();
+
+ signals:
+  void zoomed();
+
  protected:
   QMimeData* createMimeDataFromSelection() const override;
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
   void clearDocument();
@@ -48,9 +64,14 @@ class LongText : public QPlainTextEdit {
   void loadNearby();
   QString textBetween(int begin, int end) const;
   void announceCursor();
+  static void zoomTo(int step);
 
   std::string_view rest_;    ///< of the text: what the document does not have yet
   std::vector<int> joints_;  ///< the positions of the separators of blocks that end no line
+  bool framed_ = true;
+  int wheel_ = 0;               ///< how far the wheel was turned, in eighths of a degree, since the last step
+  int ownPixels_ = 0;           ///< the size of the font without zoom, once it is known
+  static inline int zoom_ = 0;  ///< in steps, for all long texts
 };
 
 }  // namespace zelvion

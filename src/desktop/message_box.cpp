@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -30,7 +31,7 @@ QString shortTitle(QString title) {
 
 LongText* addText(QVBoxLayout* layout, std::string_view text, const QString& accessibleName, bool bold) {
   auto* view = new LongText;
-  view->setFrameShape(QFrame::NoFrame);
+  view->setFramed(false);
   QPalette palette = view->palette();
   palette.setBrush(QPalette::Base, palette.window());
   palette.setBrush(QPalette::Text, palette.windowText());
@@ -38,6 +39,7 @@ LongText* addText(QVBoxLayout* layout, std::string_view text, const QString& acc
   QFont font = view->font();
   font.setBold(bold);
   view->setFont(font);
+  view->applyZoom();
   view->setAccessibleName(accessibleName);
   view->setText(text);
   layout->addWidget(view);
@@ -62,6 +64,7 @@ MessageBox::MessageBox(std::string_view prompt, Buttons buttons, std::string tit
   layout->setStretchFactor(text_, 1);
   addButtons();
   fit();
+  connect(text_, &LongText::zoomed, this, &MessageBox::fit);
 }
 
 void MessageBox::addButtons() {
@@ -90,7 +93,10 @@ void MessageBox::fit() {
   barFont.setBold(true);
   if (QFontInfo(barFont).pixelSize() > kLargestTitleFont) barFont.setPixelSize(kLargestTitleFont);
   const QString barTitle = shortTitle(title);
-  const int bar = QFontMetrics(barFont).horizontalAdvance(barTitle) + kTitleBarButtons;
+  // The window manager draws the title in its own scale, not in the one that the user gave this program.
+  const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble();
+  const double scale = factor > 0 ? factor : 1;
+  const int bar = qCeil((QFontMetrics(barFont).horizontalAdvance(barTitle) + kTitleBarButtons) / scale);
   const bool titleFits = barTitle == title && bar <= largest.width();
   title_->setVisible(!titleFits);
 
@@ -101,6 +107,11 @@ void MessageBox::fit() {
   text_->setMinimumHeight(fontMetrics().lineSpacing() + 2 * text_->frameWidth());
   const int others = layout()->totalMinimumSize().height() - text_->minimumHeight();
   resize(width, others + text_->sizeFor({width - margins, largest.height() - others}).height());
+}
+
+void MessageBox::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return text_->copyAll();
+  if (!LongText::zooms(*event)) QDialog::keyPressEvent(event);
 }
 
 Answer MessageBox::ask() {

@@ -23,6 +23,9 @@ class MessageBox : public QDialog {
   /// Opens the box and returns what the user chose; closing it means Ok, or No to a question.
   Answer ask();
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void addButtons();
   void fit();

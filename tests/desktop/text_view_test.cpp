@@ -130,5 +130,71 @@ TEST_F(WindowTest, FarEndOfAGreatTextIsThere) {
   }
 }
 
+TEST_F(WindowTest, TextsAreCopiedAndEnlargedByKeys) {
+  auto& output = at<LongText>("RichTextBox1");
+  const int usual = output.font().pixelSize();
+  expect([&](QWidget& box) {
+    EXPECT_EQ(copied(), "un\ndeux") << "with the focus on the button";
+    auto& message = called<LongText>(box, "Message");
+    const QSize small = box.size();
+    const int pixels = message.font().pixelSize();
+    for (int i = 0; i < 8; ++i) key(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_GT(message.font().pixelSize(), 2 * pixels);
+    EXPECT_GT(output.font().pixelSize(), 2 * usual);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(message.verticalScrollBar()->isVisible());
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(message.hasFocus());
+    EXPECT_EQ(copied(), "un\ndeux") << "with the focus on the text";
+    message.select(3, 7);
+    EXPECT_EQ(copied(), "deux");
+    key(Qt::Key_0, Qt::ControlModifier);
+    EXPECT_TRUE(message.font().pixelSize() == pixels && box.size() == small);
+    const QPoint middle = message.viewport()->rect().center();
+    QWheelEvent turn(middle, message.viewport()->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton,
+                     Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(message.viewport(), &turn);
+    EXPECT_LT(message.font().pixelSize(), pixels);
+    kReturn(box);
+  });
+  desktop.message("un\r\ndeux", Buttons::Ok, "titre");
+  EXPECT_LT(output.font().pixelSize(), usual);
+  press("ordrek");
+  key(Qt::Key_Equal, Qt::ControlModifier);
+  EXPECT_EQ(output.font().pixelSize(), usual);
+  key(Qt::Key_0, Qt::ControlModifier);
+}
+
+TEST_F(WindowTest, FocusIsSeenInTexts) {
+  const auto edge = [this](const char* name) { return at(name).grab().toImage().pixelColor(0, 10); };
+  for (const char* name : {"ordrek", "RichTextBox1"}) {
+    at(name).setFocus();
+    const QColor focused = edge(name);
+    at("Quitter").setFocus();
+    EXPECT_NE(edge(name), focused) << name;
+  }
+  expect([](QWidget& box) {
+    auto& message = called<LongText>(box, "Message");
+    const QColor before = message.grab().toImage().pixelColor(0, 10);
+    message.setFocus();
+    EXPECT_NE(message.grab().toImage().pixelColor(0, 10), before);
+    kReturn(box);
+  });
+  desktop.message("un\r\ndeux", Buttons::Ok, "titre");
+}
+
+TEST_F(WindowTest, TitleStandsInTheBoxOnlyWhereItsBarCutsIt) {
+  const std::string title = kCaption.toStdString() + " Puissance k= 3, sur un écran de 800 pixels";
+  for (const char* scale : {"1", "2"}) {
+    qputenv("QT_SCALE_FACTOR", scale);
+    expect([&](QWidget& box) {
+      EXPECT_EQ(called<LongText>(box, "Titre").isVisible(), QString(scale) == "1");
+      kReturn(box);
+    });
+    desktop.message("un", Buttons::Ok, title);
+  }
+  qunsetenv("QT_SCALE_FACTOR");
+}
+
 }  // namespace
 }  // namespace zelvion::testing

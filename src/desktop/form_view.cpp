@@ -96,20 +96,20 @@ QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
       auto* box = new QLineEdit(parent);
       box->setMaxLength(std::numeric_limits<int>::max());
       connect(box, &QLineEdit::textChanged, this, [this, name] { edited(name); });
-      fields_.push_back(
-          {name, [box](const QString& text) { box->setText(text); }, [box] { return box->text(); }, box});
+      fields_.push_back({name, [box](const std::string& text) { box->setText(toQString(text)); },
+                         [box] { return box->text(); }, box});
       return box;
     }
     case Kind::MultilineTextBox: {
       auto* box = new NumberEdit(parent);
       connect(box, &QPlainTextEdit::textChanged, this, [this, name] { edited(name); });
-      fields_.push_back({name, [box](const QString& text) { box->setPlainText(text); },
+      fields_.push_back({name, [box](const std::string& text) { box->setPlainText(toQString(text)); },
                          [box] { return box->typedText(); }, box});
       return box;
     }
     case Kind::RichTextBox: {
       auto* box = new LongText(parent);
-      fields_.push_back({name, [box](const QString& text) { box->setText(text); }, nullptr, box});
+      fields_.push_back({name, [box](const std::string& text) { box->setText(text); }, nullptr, box});
       return box;
     }
     case Kind::Label:
@@ -119,7 +119,8 @@ QWidget* FormView::makeWidget(const Control& control, QWidget* parent) {
       label->setWordWrap(true);
       label->setAlignment(Qt::AlignTop | (control.kind == Kind::Label ? Qt::AlignLeft : Qt::AlignHCenter));
       if (form_.text(name) != nullptr) {
-        fields_.push_back({name, [label](const QString& text) { label->setText(text); }, nullptr, label});
+        fields_.push_back(
+            {name, [label](const std::string& text) { label->setText(toQString(text)); }, nullptr, label});
       }
       return label;
     }
@@ -219,13 +220,17 @@ void FormView::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
 }
 
+void FormView::keyPressEvent(QKeyEvent* event) {
+  if (!LongText::zooms(*event)) QScrollArea::keyPressEvent(event);
+}
+
 void FormView::push() {
   for (Field& field : fields_) {
     const std::string& text = *form_.text(field.name);
     if (text == field.shown) continue;
     const QSignalBlocker blocker(field.widget);
-    field.show(toQString(text));
     field.shown = text;
+    field.show(field.shown);
     field.edited = false;
   }
 }

@@ -36,12 +36,14 @@ class FormView : public QScrollArea {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   /// A control whose text lives in the form.
   struct Field {
     std::string_view name;
-    std::function<void(const QString&)> show;
+    std::function<void(const std::string&)>
+        show;                        ///< given `shown`, which stays as it is until the next time
     std::function<QString()> typed;  ///< null for a control that nobody types in
     QWidget* widget;
     std::string shown = {};  ///< the text when the screen and the form were last the same

@@ -3,446 +3,324 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
-#include <QContextMenuEvent>
-#include <QFontMetricsF>
-#include <QHash>
-#include <QMenu>
-#include <QMouseEvent>
-#include <QPainter>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPlainTextDocumentLayout>
+#include <QPointer>
 #include <QScrollBar>
-#include <QStyle>
+#include <QSignalBlocker>
+#include <QStyleOptionFrame>
+#include <QStylePainter>
+#include <QTextBlock>
 #include <QTextLayout>
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <memory>
+
+#include "desktop/memory.h"
 
 namespace zelvion {
 namespace {
 
-constexpr int kMargin = 4;
-/// No line has more characters than this, even if they all have no width.
-constexpr int kLongestLine = 2000;
+/// The length of a block in bytes: it ends with a line before `kBlock`, else behind the first blank after it,
+/// or anywhere before `kLongestBlock`.
+constexpr std::size_t kBlock = 2'000;
+constexpr std::size_t kLongestBlock = 6'000;
+/// How much is put into the document at once, in bytes: in a fifth of a second or so.
+constexpr std::size_t kAtOnce = 10'000'000;
+constexpr std::size_t kPiece = 1'000'000;
 /// How much of a change of text is told to assistive tools, which ask for the rest.
 constexpr int kAnnounced = 10'000;
-constexpr int kDragInterval = 50;  // milliseconds
 
-bool isLineEnd(QChar c) {
-  return c == u'\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+constexpr double kZoomStep = 1.15;
+constexpr int kSmallestZoom = -4;
+constexpr int kLargestZoom = 14;  // seven times the size
+constexpr int kSmallestFont = 6;  // pixels
+
+bool isAscii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+bool continuesCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-char32_t codePointAt(QStringView text, qsizetype i) {
-  const QChar c = text[i];
-  const bool pair = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-  return pair ? QChar::surrogateToUcs4(c, text[i + 1]) : c.unicode();
-}
-
-/// Whether the character at `i` belongs to the one before it: half of a pair, or a mark set on it.
-bool joinsPrevious(QStringView text, qsizetype i) {
-  constexpr char16_t kFirstMark = 0x300;
-  constexpr char16_t kJoiner = 0x200D;
-  if (i == 0 || isLineEnd(text[i - 1])) return false;
-  if (text[i - 1] == kJoiner) return true;
-  if (text[i] < kFirstMark) return false;
-  if (text[i].isLowSurrogate() && text[i - 1].isHighSurrogate()) return true;
-  return text[i] == kJoiner || QChar::isMark(codePointAt(text, i));
-}
-
-qreal tabWidth(const QFontMetricsF& metrics) {
-  return metrics.horizontalAdvance(u' ') * 8;
-}
-
-/// The widths of characters in one font, each measured once.
-class Advances {
- public:
-  explicit Advances(const QFont& font) : metrics_(font) {
-    for (std::size_t i = 0; i < latin_.size(); ++i) {
-      latin_[i] = metrics_.horizontalAdvance(QChar(static_cast<char16_t>(i)));
-    }
-    latin_[u'\t'] = tabWidth(metrics_);
-  }
-
-  qreal operator()(char32_t c) {
-    if (c < latin_.size()) return latin_[c];
-    auto found = others_.constFind(c);
-    if (found == others_.constEnd()) {
-      found = others_.insert(c, metrics_.horizontalAdvance(QString::fromUcs4(&c, 1)));
-    }
-    return *found;
-  }
-
- private:
-  QFontMetricsF metrics_;
-  std::array<qreal, 256> latin_{};
-  QHash<char32_t, qreal> others_;
+struct Block {
+  std::size_t size;
+  std::size_t lineEnd;  ///< the size of the line end behind it, 0 at a joint and at the end of the text
 };
 
-struct Lines {
-  std::vector<int> starts = {0};
-  qreal widest = 0;
-};
-
-/// Breaks a text into lines of at most `width`: behind the last blank, comma or semicolon if one stands in
-/// the second half of the line, else where the line is full. One blank may stand out at the end of a line.
-Lines breakIntoLines(QStringView text, const QFont& font, qreal width) {
-  struct Place {
-    int at = 0;
-    qreal x = 0;  // the width of the line up to here
+/// The block that `text` begins with. A joint stands where it parts neither a character from its marks nor a
+/// line from its end.
+Block firstBlock(std::string_view text) {
+  const auto endingAt = [text](std::size_t feed) {
+    const bool two = feed > 0 && text[feed - 1] == '\r';
+    return two ? Block{feed - 1, 2} : Block{feed, 1};
   };
-  Advances advance(font);
-  Lines lines;
-  qreal x = 0;
-  Place gap;      // the last place behind a blank, comma or semicolon
-  Place cluster;  // the last place that does not part a character from its marks
-  const int size = static_cast<int>(text.size());
-  for (int i = 0; i < size;) {
-    const int start = lines.starts.back();
-    if (isLineEnd(text[i])) {
-      lines.widest = std::max(lines.widest, x);
-      lines.starts.push_back(++i);
-      x = 0;
-      continue;
-    }
-    if (!joinsPrevious(text, i)) {
-      cluster = {i, x};
-      if (i > start && (text[i - 1] == u' ' || text[i - 1] == u',' || text[i - 1] == u';')) gap = cluster;
-    }
-    const char32_t c = codePointAt(text, i);
-    const qreal charWidth = advance(c);
-    const bool tooLong = i - start >= kLongestLine;
-    const bool full = x + charWidth > width && !(c == U' ' && x <= width);
-    if (tooLong || (full && cluster.at > start)) {
-      Place cut = gap.at > start && gap.at - start >= (i - start) / 2 ? gap : cluster;
-      if (cut.at <= start) cut = {i, x};
-      lines.widest = std::max(lines.widest, cut.x);
-      lines.starts.push_back(cut.at);
-      x -= cut.x;
-      cluster.x -= cut.x;
-    }
-    x += charWidth;
-    i += QChar::requiresSurrogates(c) ? 2 : 1;
+  if (text.size() <= kBlock) return {text.size(), 0};
+  const std::size_t feed = text.rfind('\n', kBlock);
+  if (feed != std::string_view::npos) return endingAt(feed);
+  const std::size_t last = std::min(text.size(), kLongestBlock);
+  for (std::size_t i = kBlock; i < last; ++i) {
+    if (text[i] == '\n') return endingAt(i);
+    if (text[i - 1] == ' ' && isAscii(text[i]) && text[i] != '\r') return {i, 0};
   }
-  lines.widest = std::max(lines.widest, x);
-  return lines;
+  if (last == text.size()) return {last, 0};
+  for (std::size_t i = last; i > kBlock; --i) {
+    if (isAscii(text[i - 1]) && isAscii(text[i]) && text[i] != '\r' && text[i] != '\n') return {i, 0};
+  }
+  std::size_t i = last;
+  while (continuesCharacter(text[i])) --i;
+  return {i, 0};
+}
+
+/// The text of a block as the document has it.
+QString inDocument(std::string_view block) {
+  QString text = QString::fromUtf8(block.data(), static_cast<qsizetype>(block.size()));
+  text.replace("\r\n", "\n");
+  for (const QChar lineEnd : {u'\r', u'\n', u'\u2029'}) text.replace(lineEnd, QChar::LineSeparator);
+  return text;
 }
 
 }  // namespace
 
-LongText::LongText(QWidget* parent) : QAbstractScrollArea(parent) {
+LongText::LongText(QWidget* parent) : QPlainTextEdit(parent) {
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setTabChangesFocus(true);
+  setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  viewport()->setBackgroundRole(QPalette::Base);
-  viewport()->setCursor(Qt::IBeamCursor);
-}
-
-void LongText::setText(const QString& text) {
-  const QString before = text_.left(kAnnounced);
-  text_ = text;
-  text_.replace("\r\n", "\n").replace('\r', '\n');
-  anchor_ = cursor_ = 0;
-  column_.reset();
-  brokenFor_.reset();
-  breakAgain();
-  verticalScrollBar()->setValue(0);
-  if (QAccessible::isActive()) {
-    QAccessibleTextUpdateEvent event(this, 0, before, text_.left(kAnnounced));
-    QAccessible::updateAccessibility(&event);
+  setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+  clearDocument();
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &LongText::loadNearby);
+  for (const auto moved : {&QPlainTextEdit::cursorPositionChanged, &QPlainTextEdit::selectionChanged}) {
+    connect(this, moved, this, &LongText::loadNearby);
+    connect(this, moved, this, &LongText::announceCursor, Qt::QueuedConnection);
   }
 }
 
-QString LongText::selectedText() const {
-  const Range range = selection();
-  return text_.mid(range.begin, range.end - range.begin);
+/// Starts with a new document: one that ran out of memory halfway is of no more use.
+void LongText::clearDocument() {
+  rest_ = {};
+  joints_ = {};
+  auto fresh = std::make_unique<QTextDocument>();
+  fresh->setDocumentLayout(new QPlainTextDocumentLayout(fresh.get()));
+  fresh->setUndoRedoEnabled(false);
+  fresh->setDefaultFont(font());
+  const QPointer<QTextDocument> old = document();
+  fresh->setParent(this);
+  setDocument(fresh.release());
+  delete old;
+}
+
+void LongText::setText(std::string_view text) {
+  const bool told = QAccessible::isActive();
+  const QString before = told ? textBetween(0, kAnnounced) : QString();
+  clearDocument();
+  try {
+    rest_ = text;
+    load(kAtOnce);
+    setTextCursor(QTextCursor(document()));
+    if (!told) return;
+    QAccessibleTextUpdateEvent event(this, 0, before, textBetween(0, kAnnounced));
+    QAccessible::updateAccessibility(&event);
+  } catch (...) {
+    clearDocument();
+    throw;
+  }
+}
+
+/// Puts `bytes` more of the text, or all of the rest, at the end of the document. A cursor that stands there
+/// moves along.
+void LongText::load(std::size_t bytes) {
+  if (rest_.empty()) return;
+  // Of two bytes for a character a growing text keeps twice as many, and for a moment the ones before, too.
+  const auto present = static_cast<std::size_t>(document()->characterCount());
+  const std::size_t added = std::min(bytes, rest_.size());
+  requireMemory(6 * (present + added));
+  const std::size_t left = rest_.size() - added;
+  QTextCursor end(document());
+  end.movePosition(QTextCursor::End);
+  const QSignalBlocker quiet(document());  // assistive tools would be told of positions, not of offsets
+  while (rest_.size() > left) {
+    QString piece;
+    const std::size_t leftByPiece = rest_.size() - std::min(rest_.size() - left, kPiece);
+    while (rest_.size() > leftByPiece) {
+      const Block block = firstBlock(rest_);
+      piece += inDocument(rest_.substr(0, block.size));
+      if (block.size < rest_.size()) {
+        if (block.lineEnd == 0) joints_.push_back(static_cast<int>(end.position() + piece.size()));
+        piece += QChar::ParagraphSeparator;
+      }
+      rest_.remove_prefix(block.size + block.lineEnd);
+    }
+    end.insertText(piece);
+  }
+}
+
+/// Loads more of the text where the user comes near the end of what is there.
+void LongText::loadNearby() {
+  if (rest_.empty()) return;
+  const QScrollBar& bar = *verticalScrollBar();
+  if (textCursor().atEnd()) {
+    load(rest_.size());
+  } else if (bar.value() + 2 * bar.pageStep() > bar.maximum()) {
+    load(kAtOnce);
+  }
+}
+
+bool LongText::isJoint(int position) const {
+  return std::binary_search(joints_.begin(), joints_.end(), position);
+}
+
+int LongText::offsetOf(int position) const {
+  return position -
+         static_cast<int>(std::lower_bound(joints_.begin(), joints_.end(), position) - joints_.begin());
+}
+
+int LongText::positionOf(int offset) {
+  const auto last = [this] { return offsetOf(document()->characterCount() - 1); };
+  if (offset >= last()) load(rest_.size());
+  offset = std::clamp(offset, 0, last());
+  const auto behind = std::partition_point(joints_.begin(), joints_.end(), [&](const int& joint) {
+    return joint - static_cast<int>(&joint - joints_.data()) <= offset;
+  });
+  return offset + static_cast<int>(behind - joints_.begin());
 }
 
 void LongText::select(int anchor, int cursor) {
-  column_.reset();
-  moveTo(anchor, cursor);
+  QTextCursor selection(document());
+  selection.setPosition(positionOf(anchor));
+  selection.setPosition(positionOf(cursor), QTextCursor::KeepAnchor);
+  setTextCursor(selection);
 }
 
-void LongText::moveTo(int anchor, int cursor) {
-  anchor_ = std::clamp(anchor, 0, size());
-  cursor_ = std::clamp(cursor, 0, size());
-  viewport()->update();
-  if (QAccessible::isActive()) {
-    const Range range = selection();
-    QAccessibleTextSelectionEvent event(this, range.begin, range.end);
-    event.setCursorPosition(cursor_);
-    QAccessible::updateAccessibility(&event);
+QString LongText::text(int begin, int end) {
+  const int from = positionOf(begin);
+  return textBetween(from, positionOf(end));
+}
+
+/// The text from one position in the document to another, without the joints.
+QString LongText::textBetween(int begin, int end) const {
+  end = std::min(end, document()->characterCount() - 1);
+  QString text;
+  if (end > begin) text.reserve(end - begin);
+  for (QTextBlock block = document()->findBlock(begin); block.isValid() && block.position() < end;
+       block = block.next()) {
+    const int first = std::max(begin - block.position(), 0);
+    text += QStringView(block.text()).mid(first, end - block.position() - first);
+    const int separator = block.position() + block.length() - 1;
+    if (separator < end && !isJoint(separator)) text += u'\n';
   }
+  return text.replace(QChar::LineSeparator, u'\n');
 }
 
-void LongText::copy() const {
-  if (!selection().empty()) QApplication::clipboard()->setText(selectedText());
+QString LongText::selectedText() const {
+  return textBetween(textCursor().selectionStart(), textCursor().selectionEnd());
 }
 
-LongText::Range LongText::characterAt(int offset) const {
-  if (offset >= size()) return {size(), size()};
-  Range range{std::max(offset, 0), std::max(offset, 0) + 1};
-  while (joinsPrevious(text_, range.begin)) --range.begin;
-  while (range.end < size() && joinsPrevious(text_, range.end)) ++range.end;
-  return range;
+QMimeData* LongText::createMimeDataFromSelection() const {
+  auto copied = std::make_unique<QMimeData>();
+  copied->setText(selectedText());
+  return copied.release();
 }
 
-LongText::Range LongText::wordAt(int offset) const {
-  Range range = characterAt(offset);
-  const auto inWord = [this](int i) { return text_[i].isLetterOrNumber() || joinsPrevious(text_, i); };
-  if (range.empty() || !inWord(range.begin)) return range;
-  while (range.begin > 0 && inWord(range.begin - 1)) --range.begin;
-  while (range.end < size() && inWord(range.end)) ++range.end;
-  return range;
+void LongText::copyAll() {
+  if (textCursor().hasSelection()) return copy();
+  QGuiApplication::clipboard()->setText(text());
 }
 
-LongText::Range LongText::lineAt(int offset) const {
-  return line(lineNumber(offset));
-}
-
-int LongText::previous(int offset) const {
-  return offset > 0 ? characterAt(offset - 1).begin : 0;
-}
-
-int LongText::lineNumber(int offset) const {
-  return static_cast<int>(std::upper_bound(starts_.begin(), starts_.end(), std::max(offset, 0)) -
-                          starts_.begin()) -
-         1;
-}
-
-LongText::Range LongText::line(int number) const {
-  const auto i = static_cast<std::size_t>(number);
-  return {starts_[i], i + 1 < starts_.size() ? starts_[i + 1] : size()};
-}
-
-/// Lays out one line, without its line end, from the left edge on.
-void LongText::layOut(QTextLayout& layout, int number) const {
-  Range range = line(number);
-  if (!range.empty() && isLineEnd(text_[range.end - 1])) --range.end;
-  QTextOption option;
-  option.setWrapMode(QTextOption::NoWrap);
-  option.setTextDirection(Qt::LeftToRight);
-  option.setTabStopDistance(tabWidth(QFontMetricsF(font())));
-  layout.setText(text_.mid(range.begin, range.end - range.begin));
-  layout.setFont(font());
-  layout.setTextOption(option);
-  layout.beginLayout();
-  layout.createLine();
-  layout.endLayout();
-}
-
-QRect LongText::rectOf(int offset) const {
-  const int number = lineNumber(offset);
-  QTextLayout layout;
-  layOut(layout, number);
-  const qreal x = layout.lineAt(0).cursorToX(offset - line(number).begin);
-  return {kMargin + qRound(x), kMargin + number * lineHeight() - verticalScrollBar()->value(), 1,
-          lineHeight()};
-}
-
-int LongText::offsetIn(int number, qreal x) const {
-  QTextLayout layout;
-  layOut(layout, number);
-  return line(number).begin + layout.lineAt(0).xToCursor(x);
-}
-
-int LongText::offsetAt(const QPoint& position) const {
-  const int number = (position.y() - kMargin + verticalScrollBar()->value()) / lineHeight();
-  return offsetIn(std::clamp(number, 0, static_cast<int>(starts_.size()) - 1), position.x() - kMargin);
-}
-
-void LongText::scrollTo(int offset) {
-  const int top = lineNumber(offset) * lineHeight();
-  const int lowest = top + lineHeight() + 2 * kMargin - viewport()->height();
-  QScrollBar* bar = verticalScrollBar();
-  bar->setValue(std::min(std::max(bar->value(), lowest), top));
-}
-
-/// The part of the width that lines cannot use. The scroll bar counts even where there is none, so that its
-/// coming and going moves no line.
-int LongText::horizontalExtra() const {
-  return 2 * (frameWidth() + kMargin) + style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
-}
-
-int LongText::verticalExtra() const {
-  return 2 * (frameWidth() + kMargin);
-}
-
-QSize LongText::sizeFor(int maxWidth) const {
-  const Lines lines = breakIntoLines(text_, font(), maxWidth - horizontalExtra());
-  return {std::min(maxWidth, static_cast<int>(std::ceil(lines.widest)) + 1 + horizontalExtra()),
-          static_cast<int>(lines.starts.size()) * lineHeight() + verticalExtra()};
-}
-
-/// Breaks the lines for the present width, if it is a new one, and keeps the topmost text in sight.
-void LongText::breakAgain() {
-  const int available = width() - horizontalExtra();
-  if (available != brokenFor_) {
-    const int lastLine = static_cast<int>(starts_.size()) - 1;
-    const int top = line(std::min(verticalScrollBar()->value() / lineHeight(), lastLine)).begin;
-    starts_ = breakIntoLines(text_, font(), available).starts;
-    brokenFor_ = available;
-    updateScrollBar();
-    verticalScrollBar()->setValue(lineNumber(top) * lineHeight());
-  }
-  updateScrollBar();
-  viewport()->update();
-}
-
-void LongText::updateScrollBar() {
-  const int height = static_cast<int>(starts_.size()) * lineHeight() + 2 * kMargin;
-  verticalScrollBar()->setRange(0, std::max(0, height - viewport()->height()));
-  verticalScrollBar()->setSingleStep(lineHeight());
-  verticalScrollBar()->setPageStep(viewport()->height());
-}
-
-void LongText::resizeEvent(QResizeEvent*) {
-  breakAgain();
-}
-
-void LongText::changeEvent(QEvent* event) {
-  QAbstractScrollArea::changeEvent(event);
-  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-    brokenFor_.reset();
-    breakAgain();
-  }
-  viewport()->update();
-}
-
-void LongText::focusInEvent(QFocusEvent*) {
-  viewport()->update();
-}
-
-void LongText::focusOutEvent(QFocusEvent*) {
-  viewport()->update();
-}
-
-void LongText::paintEvent(QPaintEvent* event) {
-  QPainter painter(viewport());
-  painter.setPen(palette().color(QPalette::Text));
-  const int scrolled = verticalScrollBar()->value() - kMargin;
-  const int first = std::max(0, (event->rect().top() + scrolled) / lineHeight());
-  const int last =
-      std::min(static_cast<int>(starts_.size()) - 1, (event->rect().bottom() + scrolled) / lineHeight());
-  const Range selected = selection();
-  for (int number = first; number <= last; ++number) {
-    QTextLayout layout;
-    layOut(layout, number);
-    QList<QTextLayout::FormatRange> highlights;
-    const int begin = line(number).begin;
-    const int length = static_cast<int>(layout.text().size());
-    const int from = std::clamp(selected.begin - begin, 0, length);
-    const int to = std::clamp(selected.end - begin, 0, length);
-    if (from < to) {
-      QTextLayout::FormatRange highlight{from, to - from, {}};
-      highlight.format.setBackground(palette().highlight());
-      highlight.format.setForeground(palette().highlightedText());
-      highlights.append(highlight);
-    }
-    const QPointF place(kMargin, number * lineHeight() - scrolled);
-    layout.draw(&painter, place, highlights);
-    if (hasFocus() && lineNumber(cursor_) == number) layout.drawCursor(&painter, place, cursor_ - begin);
-  }
-}
-
-/// Where a key moves the cursor; nothing for a key that does not.
-std::optional<int> LongText::keyTarget(const QKeyEvent& event) {
-  const int page = std::max(1, viewport()->height() / lineHeight() - 1);
+bool LongText::zooms(const QKeyEvent& event) {
+  if (!event.modifiers().testFlag(Qt::ControlModifier)) return false;
   switch (event.key()) {
-    case Qt::Key_Up:
-      return vertically(-1);
-    case Qt::Key_Down:
-      return vertically(1);
-    case Qt::Key_PageUp:
-      return vertically(-page);
-    case Qt::Key_PageDown:
-      return vertically(page);
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+      zoomTo(zoom_ + 1);
+      return true;
+    case Qt::Key_Minus:
+      zoomTo(zoom_ - 1);
+      return true;
+    case Qt::Key_0:
+    case Qt::Key_Agrave:  // the key of the 0 on a French keyboard
+      zoomTo(0);
+      return true;
     default:
-      column_.reset();
-  }
-  const bool control = event.modifiers() & Qt::ControlModifier;
-  const Range here = lineAt(cursor_);
-  switch (event.key()) {
-    case Qt::Key_Left:
-      return control ? wordAt(previous(cursor_)).begin : previous(cursor_);
-    case Qt::Key_Right:
-      return control ? wordAt(cursor_).end : characterAt(cursor_).end;
-    case Qt::Key_Home:
-      return control ? 0 : here.begin;
-    case Qt::Key_End:
-      return control || here.end == size() ? size() : previous(here.end);
-    default:
-      return std::nullopt;
+      return false;
   }
 }
 
-/// The offset some lines further down, below the cursor or below where it stood before it met shorter lines.
-int LongText::vertically(int lines) {
-  const int number = lineNumber(cursor_) + lines;
-  if (number < 0) return 0;
-  if (number >= static_cast<int>(starts_.size())) return size();
-  if (!column_) column_ = rectOf(cursor_).x() - kMargin;
-  const Range target = line(number);
-  const int offset = offsetIn(number, *column_);
-  return offset == target.end && target.end < size() ? previous(offset) : offset;
+void LongText::zoomTo(int step) {
+  zoom_ = std::clamp(step, kSmallestZoom, kLargestZoom);
+  for (QWidget* widget : QApplication::allWidgets()) {
+    if (auto* view = qobject_cast<LongText*>(widget)) view->applyZoom();
+  }
+}
+
+void LongText::applyZoom() {
+  QFont zoomedFont = font();
+  if (ownPixels_ == 0) ownPixels_ = zoomedFont.pixelSize();
+  zoomedFont.setPixelSize(std::max(kSmallestFont, qRound(ownPixels_ * std::pow(kZoomStep, zoom_))));
+  if (zoomedFont == font()) return;
+  setFont(zoomedFont);
+  emit zoomed();
+}
+
+void LongText::wheelEvent(QWheelEvent* event) {
+  if (!event->modifiers().testFlag(Qt::ControlModifier)) return QPlainTextEdit::wheelEvent(event);
+  wheel_ += event->angleDelta().y();
+  zoomTo(zoom_ + wheel_ / QWheelEvent::DefaultDeltasPerStep);
+  wheel_ %= QWheelEvent::DefaultDeltasPerStep;
+}
+
+/// Paints the frame of a field that has the focus, which a text view lacks.
+bool LongText::event(QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+  if (event->type() != QEvent::Paint || (framed_ && !hasFocus())) return QPlainTextEdit::event(event);
+  if (!hasFocus()) return true;
+  QStylePainter painter(this);
+  QStyleOptionFrame option;
+  initStyleOption(&option);
+  option.state |= QStyle::State_HasFocus;
+  painter.drawPrimitive(QStyle::PE_FrameLineEdit, option);
+  return true;
 }
 
 void LongText::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) {
-    copy();
-  } else if (event->matches(QKeySequence::SelectAll)) {
-    select(0, size());
-  } else if (event->modifiers() & (Qt::AltModifier | Qt::MetaModifier)) {
-    event->ignore();
-  } else if (const std::optional<int> target = keyTarget(*event)) {
-    moveTo(event->modifiers() & Qt::ShiftModifier ? anchor_ : *target, *target);
-    scrollTo(cursor_);
-  } else {
-    event->ignore();
+  if (event->matches(QKeySequence::Copy)) return copyAll();
+  if (zooms(*event)) return;
+  QPlainTextEdit::keyPressEvent(event);
+  const bool steps = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
+  if (steps && isJoint(textCursor().position())) QPlainTextEdit::keyPressEvent(event);
+}
+
+/// Tells assistive tools of the cursor in offsets, after the toolkit told them of positions.
+void LongText::announceCursor() {
+  if (!QAccessible::isActive() || joints_.empty()) return;
+  const QTextCursor cursor = textCursor();
+  QAccessibleTextSelectionEvent event(this, offsetOf(cursor.anchor()), offsetOf(cursor.position()));
+  event.setCursorPosition(offsetOf(cursor.position()));
+  QAccessible::updateAccessibility(&event);
+}
+
+QSize LongText::sizeFor(QSize largest) const {
+  // The scroll bar counts even where there is none: as long as it shows, lines are that much shorter.
+  const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+  const auto margins = 2 * static_cast<int>(document()->documentMargin()) + 2 * frameWidth() + 1;
+  qreal height = margins;
+  qreal width = 0;
+  for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+    QTextLayout layout(block.text(), font());
+    layout.setTextOption(document()->defaultTextOption());
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+      line.setLeadingIncluded(true);
+      line.setLineWidth(largest.width() - margins - bar);
+      width = std::max(width, line.naturalTextWidth());
+      height += line.height();
+    }
+    layout.endLayout();
+    if (height > largest.height()) return largest;
   }
-}
-
-void LongText::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
-  const int offset = offsetAt(event->position().toPoint());
-  select(event->modifiers() & Qt::ShiftModifier ? anchor_ : offset, offset);
-  dragging_.start(kDragInterval, this);
-}
-
-void LongText::mouseMoveEvent(QMouseEvent* event) {
-  if (dragging_.isActive()) extendTo(event->position().toPoint());
-}
-
-/// Extends the selection to the mouse, which may be above or below the text and then scrolls it.
-void LongText::extendTo(const QPoint& position) {
-  select(anchor_, offsetAt(position));
-  scrollTo(cursor_);
-}
-
-void LongText::timerEvent(QTimerEvent* event) {
-  if (event->timerId() != dragging_.timerId()) return QAbstractScrollArea::timerEvent(event);
-  const QPoint position = viewport()->mapFromGlobal(QCursor::pos());
-  if (!viewport()->rect().contains(position)) extendTo(position);
-}
-
-void LongText::mouseReleaseEvent(QMouseEvent*) {
-  dragging_.stop();
-  QClipboard* clipboard = QApplication::clipboard();
-  if (clipboard->supportsSelection() && !selection().empty()) {
-    clipboard->setText(selectedText(), QClipboard::Selection);
-  }
-}
-
-void LongText::mouseDoubleClickEvent(QMouseEvent* event) {
-  const Range word = wordAt(offsetAt(event->position().toPoint()));
-  select(word.begin, word.end);
-}
-
-void LongText::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu menu(this);
-  const auto add = [&menu](const QString& text, QKeySequence::StandardKey key, bool enabled, auto action) {
-    QAction* item = menu.addAction(text + '\t' + QKeySequence(key).toString(QKeySequence::NativeText));
-    item->setEnabled(enabled);
-    connect(item, &QAction::triggered, action);
-  };
-  add("&Copier", QKeySequence::Copy, !selection().empty(), [this] { copy(); });
-  add("&Tout sélectionner", QKeySequence::SelectAll, !text_.isEmpty(), [this] { select(0, size()); });
-  menu.exec(event->globalPos());
+  return {std::min(static_cast<int>(std::ceil(width)) + margins + bar, largest.width()),
+          static_cast<int>(std::ceil(height))};
 }
 
 }  // namespace zelvion

@@ -1,94 +1,77 @@
 #pragma once
 
-#include <QAbstractScrollArea>
-#include <QBasicTimer>
-#include <QString>
-#include <optional>
+#include <QPlainTextEdit>
+#include <limits>
+#include <string_view>
 #include <vector>
-
-class QTextLayout;
 
 namespace zelvion {
 
-/// A read-only text of any length, up to many millions of characters on one line. It is broken into lines
-/// by the widths of its characters, and only the lines in sight are laid out. It can be selected, copied and
-/// read by assistive tools to the letter. A line end is "\n".
-class LongText : public QAbstractScrollArea {
+/// A read-only text of any length, up to many millions of characters in one line. It can be selected, copied
+/// and read by assistive tools to the letter, with "\n" for each line end.
+///
+/// Qt lays out a block at a time, so a long text is parted into blocks of a few thousand characters. Where a
+/// block ends and no line does is a joint: a position of the document, but no character of the text. An
+/// offset counts the characters (UTF-16) of the text alone. What lies millions of characters further down
+/// becomes part of the document only when somebody gets near it.
+class LongText : public QPlainTextEdit {
   Q_OBJECT
 
  public:
-  /// The characters from `begin` to before `end`, as offsets into the text.
-  struct Range {
-    int begin = 0;
-    int end = 0;
-    bool empty() const { return begin == end; }
-  };
-
   explicit LongText(QWidget* parent = nullptr);
 
-  /// Replaces the text; CR LF and CR become "\n".
-  void setText(const QString& text);
-  const QString& text() const { return text_; }
+  /// Shows `text` (UTF-8), which has to stay as it is until another one is shown. Throws std::bad_alloc where
+  /// the memory does not suffice, and shows nothing then.
+  void setText(std::string_view text);
+  /// The characters from `begin` to before `end`, as far as there are any. Throws std::bad_alloc.
+  QString text(int begin = 0, int end = std::numeric_limits<int>::max());
 
-  int cursor() const { return cursor_; }
-  Range selection() const { return {qMin(anchor_, cursor_), qMax(anchor_, cursor_)}; }
-  QString selectedText() const;
-  /// Selects from `anchor` to `cursor`, where the cursor then stands; offsets outside the text are moved in.
+  bool isJoint(int position) const;
+  int offsetOf(int position) const;
+  /// The position in the document of `offset`, which is moved into the text; behind a joint, not before it.
+  int positionOf(int offset);
+  /// Selects from one offset to another, where the cursor then stands.
   void select(int anchor, int cursor);
-  void copy() const;
+  QString selectedText() const;
 
-  Range characterAt(int offset) const;
-  Range wordAt(int offset) const;
-  /// The line on the screen that holds `offset`, with its line end.
-  Range lineAt(int offset) const;
+  /// Copies what is selected, or the whole text where nothing is.
+  void copyAll();
+  /// Whether the key enlarges or shrinks all long texts of the program, which is done then: Ctrl++, Ctrl+-,
+  /// and Ctrl+0 for their own size.
+  static bool zooms(const QKeyEvent& event);
+  /// Whether the frame shows without the focus, too.
+  void setFramed(bool framed) { framed_ = framed; }
 
-  /// The place of the cursor before `offset`, in the viewport's coordinates.
-  QRect rectOf(int offset) const;
-  int offsetAt(const QPoint& position) const;
-  /// Scrolls as little as is needed to bring `offset` in sight.
-  void scrollTo(int offset);
+  /// The smallest size, within `largest`, in which the whole text stands without scrolling; `largest` if
+  /// there is none.
+  QSize sizeFor(QSize largest) const;
 
-  /// The smallest size, at most `maxWidth` wide, in which the whole text stands without scrolling.
-  QSize sizeFor(int maxWidth) const;
+  /// Gives the text, whose font has its own size, the zoom that holds at present.
+  void applyZoom();
+
+ signals:
+  void zoomed();
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
+  QMimeData* createMimeDataFromSelection() const override;
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void timerEvent(QTimerEvent* event) override;
-  void contextMenuEvent(QContextMenuEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
-  int size() const { return static_cast<int>(text_.size()); }
-  int lineHeight() const { return fontMetrics().lineSpacing(); }
-  int horizontalExtra() const;
-  int verticalExtra() const;
-  void breakAgain();
-  void updateScrollBar();
-  int lineNumber(int offset) const;
-  Range line(int number) const;
-  void layOut(QTextLayout& layout, int number) const;
-  int offsetIn(int number, qreal x) const;
-  int previous(int offset) const;
-  void moveTo(int anchor, int cursor);
-  std::optional<int> keyTarget(const QKeyEvent& event);
-  int vertically(int lines);
-  void extendTo(const QPoint& position);
+  void clearDocument();
+  void load(std::size_t bytes);
+  void loadNearby();
+  QString textBetween(int begin, int end) const;
+  void announceCursor();
+  static void zoomTo(int step);
 
-  QString text_;
-  std::vector<int> starts_ = {0};  ///< the offset at which each line begins
-  std::optional<int> brokenFor_;   ///< the width that the lines were broken for
-  int anchor_ = 0;
-  int cursor_ = 0;
-  std::optional<qreal> column_;  ///< where the cursor wants to be while it moves up and down
-  QBasicTimer dragging_;
+  std::string_view rest_;    ///< of the text: what the document does not have yet
+  std::vector<int> joints_;  ///< the positions of the separators of blocks that end no line
+  bool framed_ = true;
+  int wheel_ = 0;               ///< how far the wheel was turned, in eighths of a degree, since the last step
+  int ownPixels_ = 0;           ///< the size of the font without zoom, once it is known
+  static inline int zoom_ = 0;  ///< in steps, for all long texts
 };
 
 }  // namespace zelvion

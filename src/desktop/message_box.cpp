@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -28,9 +29,9 @@ QString shortTitle(QString title) {
   return title.left(length) + u'…';
 }
 
-LongText* addText(QVBoxLayout* layout, const QString& text, const QString& accessibleName, bool bold) {
+LongText* addText(QVBoxLayout* layout, std::string_view text, const QString& accessibleName, bool bold) {
   auto* view = new LongText;
-  view->setFrameShape(QFrame::NoFrame);
+  view->setFramed(false);
   QPalette palette = view->palette();
   palette.setBrush(QPalette::Base, palette.window());
   palette.setBrush(QPalette::Text, palette.windowText());
@@ -38,6 +39,7 @@ LongText* addText(QVBoxLayout* layout, const QString& text, const QString& acces
   QFont font = view->font();
   font.setBold(bold);
   view->setFont(font);
+  view->applyZoom();
   view->setAccessibleName(accessibleName);
   view->setText(text);
   layout->addWidget(view);
@@ -50,17 +52,19 @@ QString windowTitleFor(QString title) {
   return title.replace("[*]", "[*][*]");
 }
 
-MessageBox::MessageBox(const QString& prompt, Buttons buttons, const QString& title, QWidget* parent)
-    : QDialog(parent), buttons_(buttons) {
-  setWindowTitle(windowTitleFor(shortTitle(title)));
-  setAccessibleName(title);
+MessageBox::MessageBox(std::string_view prompt, Buttons buttons, std::string title, QWidget* parent)
+    : QDialog(parent), wholeTitle_(std::move(title)), buttons_(buttons) {
+  const QString name = QString::fromStdString(wholeTitle_);
+  setWindowTitle(windowTitleFor(shortTitle(name)));
+  setAccessibleName(name);
   setWindowModality(Qt::ApplicationModal);
   auto* layout = new QVBoxLayout(this);
-  title_ = addText(layout, title, "Titre", true);
+  title_ = addText(layout, wholeTitle_, "Titre", true);
   text_ = addText(layout, prompt, "Message", false);
   layout->setStretchFactor(text_, 1);
   addButtons();
-  fit(title);
+  fit();
+  connect(text_, &LongText::zoomed, this, &MessageBox::fit);
 }
 
 void MessageBox::addButtons() {
@@ -81,27 +85,33 @@ void MessageBox::addButtons() {
 }
 
 /// Sizes the box for its title and its text, within the screen.
-void MessageBox::fit(const QString& title) {
+void MessageBox::fit() {
+  const QString title = QString::fromStdString(wholeTitle_);
   const QSize largest = screen()->availableSize() - kFrameAndBorder;
   const int margins = layout()->contentsMargins().left() + layout()->contentsMargins().right();
   QFont barFont = QFontDatabase::systemFont(QFontDatabase::TitleFont);
   barFont.setBold(true);
   if (QFontInfo(barFont).pixelSize() > kLargestTitleFont) barFont.setPixelSize(kLargestTitleFont);
   const QString barTitle = shortTitle(title);
-  const int bar = QFontMetrics(barFont).horizontalAdvance(barTitle) + kTitleBarButtons;
+  // The window manager draws the title in its own scale, not in the one that the user gave this program.
+  const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble();
+  const double scale = factor > 0 ? factor : 1;
+  const int bar = qCeil((QFontMetrics(barFont).horizontalAdvance(barTitle) + kTitleBarButtons) / scale);
   const bool titleFits = barTitle == title && bar <= largest.width();
   title_->setVisible(!titleFits);
 
   const int comfortable = std::min(kComfortable, largest.width());
-  const int wanted = std::max(
-      {kNarrowest, titleFits ? bar : comfortable, text_->sizeFor(comfortable - margins).width() + margins});
-  const int width = std::min(wanted, largest.width());
-  if (!titleFits)
-    title_->setFixedHeight(std::min(title_->sizeFor(width - margins).height(), largest.height() / 4));
+  const int natural = text_->sizeFor({comfortable - margins, largest.height()}).width() + margins;
+  const int width = std::min(std::max({kNarrowest, titleFits ? bar : comfortable, natural}), largest.width());
+  if (!titleFits) title_->setFixedHeight(title_->sizeFor({width - margins, largest.height() / 4}).height());
   text_->setMinimumHeight(fontMetrics().lineSpacing() + 2 * text_->frameWidth());
-  const int height = layout()->totalMinimumSize().height() - text_->minimumHeight() +
-                     text_->sizeFor(width - margins).height();
-  resize(width, std::min(height, largest.height()));
+  const int others = layout()->totalMinimumSize().height() - text_->minimumHeight();
+  resize(width, others + text_->sizeFor({width - margins, largest.height() - others}).height());
+}
+
+void MessageBox::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return text_->copyAll();
+  if (!LongText::zooms(*event)) QDialog::keyPressEvent(event);
 }
 
 Answer MessageBox::ask() {

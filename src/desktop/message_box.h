@@ -2,6 +2,8 @@
 
 #include <QDialog>
 #include <QString>
+#include <string>
+#include <string_view>
 
 #include "form/desktop.h"
 
@@ -15,15 +17,20 @@ class MessageBox : public QDialog {
   Q_OBJECT
 
  public:
-  MessageBox(const QString& prompt, Buttons buttons, const QString& title, QWidget* parent);
+  /// Texts are UTF-8; `prompt` has to stay as it is as long as the box is there.
+  MessageBox(std::string_view prompt, Buttons buttons, std::string title, QWidget* parent);
 
   /// Opens the box and returns what the user chose; closing it means Ok, or No to a question.
   Answer ask();
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void addButtons();
-  void fit(const QString& title);
+  void fit();
 
+  const std::string wholeTitle_;
   Buttons buttons_;
   LongText* text_;
   LongText* title_;  ///< seen only where the title bar does not hold the title

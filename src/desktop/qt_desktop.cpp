@@ -98,7 +98,7 @@ QWidget* QtDesktop::topWindow() const {
 Answer QtDesktop::message(std::string_view prompt, Buttons buttons, const std::string& title) {
   pushAll();
   const UserTurn turn;
-  MessageBox box(QString::fromUtf8(prompt), buttons, QString::fromStdString(title), topWindow());
+  MessageBox box(prompt, buttons, title, topWindow());
   return box.ask();
 }
 

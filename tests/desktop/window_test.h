@@ -27,8 +27,8 @@ T& part(QWidget& window, const QString& name) {
   return *window.findChild<T*>(name);
 }
 
-inline QString textOf(const QWidget& widget) {
-  if (const auto* output = qobject_cast<const LongText*>(&widget)) return output->text();
+inline QString textOf(QWidget& widget) {
+  if (auto* output = qobject_cast<LongText*>(&widget)) return output->text();
   return widget.property(widget.inherits("QPlainTextEdit") ? "plainText" : "text").toString();
 }
 

@@ -43,7 +43,7 @@ install_debian(PROGRAMS ${packaging}/debian/zelvion DESTINATION bin)
 install_debian(FILES ${data_files} DESTINATION share/zelvion)
 install_debian(FILES ${PROJECT_SOURCE_DIR}/docs/mode-d-emploi.html ${packaging}/debian/copyright ${staged}/changelog.gz
                DESTINATION share/doc/zelvion)
-install_debian(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/images DESTINATION share/doc/zelvion FILES_MATCHING PATTERN "*.png")
+install_debian(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/images DESTINATION share/doc/zelvion)
 install_debian(DIRECTORY ${staged}/share/ DESTINATION share)
 install_debian(FILES ${staged}/zelvion.1.gz ${staged}/velmoire.1.gz DESTINATION share/man/fr/man1)
 install_debian(FILES ${staged}/zelvion.1.gz ${staged}/velmoire.1.gz DESTINATION share/man/man1)

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "engine/text/refusal.h"
 #include "form/scripted_desktop.h"
 #include "form/velmoire.h"
 

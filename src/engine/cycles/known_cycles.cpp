@@ -94,7 +94,8 @@ KnownCycles::Entry KnownCycles::close(const SilhouetteHistory& history, std::siz
     cycle.greatest = std::max(cycle.greatest, point);
     cycle.silhouettes.push_back(history.at(first + 1 + i));
   }
-  std::ranges::rotate(cycle.silhouettes, cycle.silhouettes.begin() + static_cast<std::ptrdiff_t>(leastAt));
+  std::rotate(cycle.silhouettes.begin(), cycle.silhouettes.begin() + static_cast<std::ptrdiff_t>(leastAt),
+              cycle.silhouettes.end());
 
   const std::uint32_t index = indexOf(std::move(cycle));
   for (std::size_t i = first; i < first + order; ++i) {

@@ -24,7 +24,7 @@ void expectFall(KnownCycles& cycles, const testing::PlainPower& plain, const std
     return a.size() != b.size() ? a.size() < b.size() : a < b;
   };
   std::vector<std::string> points(values.begin() + static_cast<std::ptrdiff_t>(tail), values.end());
-  std::ranges::rotate(points, std::ranges::min_element(points, isLess));
+  std::rotate(points.begin(), std::ranges::min_element(points, isLess), points.end());
 
   const auto fall = cycles.find(start, kLimit, false);
   ASSERT_TRUE(fall) << start;

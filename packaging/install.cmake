@@ -79,6 +79,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-liberation, xdg-utils")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, bash-completion")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${ZELVION_SITE})
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-    "sommes des puissances des chiffres : cycles et nombres narcissiques\n Pour une puissance k, un nombre va à la somme des puissances k de ses chiffres, et\n ainsi de suite. Une fenêtre et une commande cherchent les cycles, les points fixes\n et les nombres narcissiques, avec des nombres de toute taille.")
+set(CPACK_PACKAGE_DESCRIPTION
+    "Pour une puissance k, un nombre va à la somme des puissances k de ses\nchiffres, et ainsi de suite. Une fenêtre et une commande cherchent les\ncycles, les points fixes et les nombres narcissiques, avec des nombres\nde toute taille.")
+set(CPACK_COMPONENT_DEBIAN_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}")
 include(CPack)

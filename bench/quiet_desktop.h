@@ -40,9 +40,10 @@ class QuietDesktop : public Desktop {
   std::string pathOf(const std::string& name) override { return (directory_ / name).string(); }
   void append(const std::string& name, const std::string& text) override { appendWhole(pathOf(name), text); }
   std::string read(const std::string& name) override { return readWhole(pathOf(name)); }
-  void openPage(const std::string&) override {}
+  bool openPage(const std::string&) override { return true; }
   Twips screen() override { return {19'200, 10'800}; }
   void showModal(Form&) override {}
+  void select(std::string_view, std::size_t) override {}
   void unload(Form&) override {}
 
   /// Makes the files empty, so that every press but the first finds them there and writes the same.

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <new>
 #include <string>
 
 #include "desktop/accessible_long_text.h"
@@ -32,6 +33,31 @@ void sayWithoutScreen(QtMsgType type, const QMessageLogContext& context, const Q
 }
 
 }  // namespace
+
+bool GuardedApplication::notify(QObject* receiver, QEvent* event) {
+  try {
+    return QApplication::notify(receiver, event);
+  } catch (...) {
+    tellException();
+    return true;
+  }
+}
+
+void GuardedApplication::tellException() noexcept {
+  bool memory = false;
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    memory = true;
+  } catch (...) {
+    memory = false;
+  }
+  try {
+    if (auto* application = qobject_cast<GuardedApplication*>(qApp)) emit application->failed(memory);
+  } catch (...) {
+    return;  // without the memory for a signal there is nothing to tell it with
+  }
+}
 
 Application::Application(int argc, char** argv) : arguments_(1) {
   if (argc > 1) {

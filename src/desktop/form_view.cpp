@@ -14,9 +14,11 @@
 #include <new>
 #include <utility>
 
+#include "desktop/application.h"
 #include "desktop/caption_button.h"
 #include "desktop/fonts.h"
 #include "desktop/long_text.h"
+#include "desktop/memory.h"
 #include "desktop/message_box.h"
 #include "desktop/number_edit.h"
 #include "desktop/wait_cursor.h"
@@ -225,13 +227,39 @@ void FormView::keyPressEvent(QKeyEvent* event) {
 }
 
 void FormView::push() {
+  constexpr std::size_t kTyped = 1'000'000;  // a longer text of a box to type in, which lays out all of it
+  constexpr std::size_t kLaidOut = 40;       // bytes for one of its characters
   for (Field& field : fields_) {
     const std::string& text = *form_.text(field.name);
     if (text == field.shown) continue;
     const QSignalBlocker blocker(field.widget);
-    field.shown = text;
-    field.show(field.shown);
+    try {
+      if (field.typed && text.size() > kTyped) requireMemory(kLaidOut * text.size());
+      field.shown = text;
+      field.show(field.shown);
+    } catch (const std::bad_alloc&) {
+      giveUp(field);
+      throw;
+    }
     field.edited = false;
+  }
+}
+
+/// Ends the attempt to show the text of a field: the form gets back what the screen still has, or both get a
+/// sentence.
+void FormView::giveUp(Field& field) {
+  std::string& text = *form_.text(field.name);
+  std::string().swap(text);
+  std::string().swap(field.shown);
+  field.shown = field.typed ? field.typed().toStdString() : kTooLittleMemory;
+  text = field.shown;
+  if (!field.typed) field.show(field.shown);
+}
+
+void FormView::letGo() {
+  constexpr std::size_t kGreat = 100'000;
+  for (Field& field : fields_) {
+    if (!field.typed && field.shown.size() > kGreat) giveUp(field);
   }
 }
 
@@ -268,8 +296,8 @@ void FormView::run(const std::function<void()>& handler) {
       handler();
     }
     push();
-  } catch (const std::bad_alloc&) {
-    MessageBox("La mémoire ne suffit pas pour afficher ce texte.", Buttons::Ok, "zelvion", window()).ask();
+  } catch (...) {
+    GuardedApplication::tellException();
   }
 }
 

@@ -31,8 +31,11 @@ class FormView : public QScrollArea {
   void fitWindow(int menuHeight);
   /// Puts the keyboard on the text box `name` and selects the character at `place`.
   void select(std::string_view name, int place);
-  /// Copies the form's texts to the screen.
+  /// Copies the form's texts to the screen. Throws std::bad_alloc where the memory does not suffice; then the
+  /// text that did not fit is no longer in the form, either.
   void push();
+  /// Replaces the great texts that nobody typed, in the form and on the screen, by a sentence that says so.
+  void letGo();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -57,6 +60,7 @@ class FormView : public QScrollArea {
   void edited(std::string_view name);
   void run(const std::function<void()>& handler);
   void pull();
+  void giveUp(Field& field);
 
   Form& form_;
   std::vector<Field> fields_;

@@ -9,8 +9,7 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QSignalBlocker>
-#include <QStyleOptionFrame>
-#include <QStylePainter>
+#include <QStyle>
 #include <QTextBlock>
 #include <QTextLayout>
 #include <algorithm>
@@ -135,7 +134,7 @@ void LongText::load(std::size_t bytes) {
   // Of two bytes for a character a growing text keeps twice as many, and for a moment the ones before, too.
   const auto present = static_cast<std::size_t>(document()->characterCount());
   const std::size_t added = std::min(bytes, rest_.size());
-  requireMemory(6 * (present + added));
+  if (present + added > kPiece) requireMemory(6 * (present + added));
   const std::size_t left = rest_.size() - added;
   QTextCursor end(document());
   end.movePosition(QTextCursor::End);
@@ -270,17 +269,10 @@ void LongText::wheelEvent(QWheelEvent* event) {
   wheel_ %= QWheelEvent::DefaultDeltasPerStep;
 }
 
-/// Paints the frame of a field that has the focus, which a text view lacks.
 bool LongText::event(QEvent* event) {
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
-  if (event->type() != QEvent::Paint || (framed_ && !hasFocus())) return QPlainTextEdit::event(event);
-  if (!hasFocus()) return true;
-  QStylePainter painter(this);
-  QStyleOptionFrame option;
-  initStyleOption(&option);
-  option.state |= QStyle::State_HasFocus;
-  painter.drawPrimitive(QStyle::PE_FrameLineEdit, option);
-  return true;
+  if (event->type() == QEvent::Paint && !framed_ && !hasFocus()) return true;
+  return QPlainTextEdit::event(event);
 }
 
 void LongText::keyPressEvent(QKeyEvent* event) {

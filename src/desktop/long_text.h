@@ -26,6 +26,9 @@ class LongText : public QPlainTextEdit {
   /// The characters from `begin` to before `end`, as far as there are any. Throws std::bad_alloc.
   QString text(int begin = 0, int end = std::numeric_limits<int>::max());
 
+  /// Whether the text is one that takes much memory.
+  bool isGreat() const { return !rest_.empty() || document()->characterCount() > 1'000'000; }
+
   bool isJoint(int position) const;
   int offsetOf(int position) const;
   /// The position in the document of `offset`, which is moved into the text; behind a joint, not before it.

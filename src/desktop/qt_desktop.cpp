@@ -8,11 +8,15 @@
 #include <QMenuBar>
 #include <QProcess>
 #include <QScopeGuard>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "desktop/application.h"
 #include "desktop/form_view.h"
+#include "desktop/long_text.h"
+#include "desktop/memory.h"
 #include "desktop/message_box.h"
 #include "desktop/wait_cursor.h"
 #include "files/files.h"
@@ -33,7 +37,14 @@ QString withoutZone(const QString& format) {
 
 }  // namespace
 
-QtDesktop::QtDesktop() = default;
+QtDesktop::QtDesktop() {
+  // Later, when the event that failed is over; a box cannot open within a paint.
+  if (auto* application = qobject_cast<GuardedApplication*>(qApp)) {
+    QObject::connect(
+        application, &GuardedApplication::failed, &lifetime_, [this](bool memory) { recover(memory); },
+        Qt::QueuedConnection);
+  }
+}
 QtDesktop::~QtDesktop() = default;
 
 void QtDesktop::show(Form& form) {
@@ -100,6 +111,26 @@ Answer QtDesktop::message(std::string_view prompt, Buttons buttons, const std::s
   const UserTurn turn;
   MessageBox box(prompt, buttons, title, topWindow());
   return box.ask();
+}
+
+/// Tells in one box, however many events failed, what went wrong outside the handlers of a form. What may
+/// have taken the memory is let go first.
+void QtDesktop::recover(bool memory) {
+  if (recovering_ || views_.empty()) return;
+  const QScopedValueRollback<bool> recovering(recovering_, true);
+  try {
+    if (memory) {
+      for (FormView* view : views_) view->letGo();
+      for (QWidget* widget : QApplication::allWidgets()) {
+        auto* text = qobject_cast<LongText*>(widget);
+        if (text && text->isGreat()) text->setText(kTooLittleMemory);
+      }
+    }
+    message(memory ? kTooLittleMemory : "Une erreur imprévue s’est produite. La fenêtre reste utilisable.",
+            Buttons::Ok, "zelvion");
+  } catch (...) {
+    return;  // without the memory for a box there is nothing left to say it with
+  }
 }
 
 Moment QtDesktop::now() {

@@ -35,9 +35,12 @@ class QtDesktop : public Desktop {
  private:
   void pushAll();
   QWidget* topWindow() const;
+  void recover(bool memory);
 
   std::unique_ptr<QMainWindow> mainWindow_;
   std::vector<FormView*> views_;  ///< of the open forms, the topmost last
+  bool recovering_ = false;
+  QObject lifetime_;  ///< ends the connection to the application
 };
 
 }  // namespace zelvion

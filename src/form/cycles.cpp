@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <new>
 #include <optional>
 
 #include "engine/cycles/cycle_finder.h"
+#include "engine/text/refusal.h"
 #include "engine/text/utf8.h"
 #include "form/cycle_report.h"
 #include "form/velmoire.h"
@@ -31,7 +33,6 @@ void Velmoire::Command4_Click() {
 }
 
 void Velmoire::searchCycle(const CycleSearch& search) {
-  constexpr std::size_t kFirstBox = 1022;
   const Moment start = desktop_.now();
   if (entier.Text.empty()) {
     inform("Choisissez un nombre à étudier!", search.title);
@@ -68,6 +69,18 @@ void Velmoire::searchCycle(const CycleSearch& search) {
 
   informOfTime(start);
 
+  try {
+    showReport(search, report);
+  } catch (const std::bad_alloc&) {
+    if (recordFailed_) throw;
+    throw Refusal(
+        "La mémoire ne suffit pas pour afficher ce rapport. Il est en entier dans le fichier «\u00a0" +
+        desktop_.pathOf(search.file) + "\u00a0».");
+  }
+}
+
+void Velmoire::showReport(const CycleSearch& search, std::string& report) {
+  constexpr std::size_t kFirstBox = 1022;
   const std::string_view head = search.longReport ? text::prefix(report, kFirstBox) : report;
   const std::string_view tail = std::string_view(report).substr(head.size());
   inform(head, search.title);

@@ -1,5 +1,6 @@
 #include "form/velmoire.h"
 
+#include <new>
 #include <system_error>
 
 #include "engine/text/reason.h"
@@ -84,8 +85,21 @@ void Velmoire::click(std::string_view name) {
     reportFailure(desktop_, title);
     const std::string_view box = name == "Command2" || name == "Command7" ? "elem" : "entier";
     if (!refusal.text().empty() && refusal.text() == *text(box)) desktop_.select(box, refusal.place());
+  } catch (const std::bad_alloc&) {
+    letGoOfOutput();
+    reportFailure(desktop_, title);
   } catch (...) {
     reportFailure(desktop_, title);
+  }
+}
+
+/// Gives back the memory of the output text, so that there is room for a box.
+void Velmoire::letGoOfOutput() noexcept {
+  std::string().swap(RichTextBox1.Text);
+  try {
+    RichTextBox1.Text = "La mémoire n’a pas suffi.";
+  } catch (const std::bad_alloc&) {
+    return;  // it stays empty
   }
 }
 

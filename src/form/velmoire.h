@@ -198,8 +198,11 @@ class Velmoire : public Form {
   void record(const std::string& file, const std::string& text);
   std::string readText(const std::string& file);
 
+  void letGoOfOutput() noexcept;
+
   void itinerary(int limit, const std::string& heading);
   void searchCycle(const CycleSearch& search);
+  void showReport(const CycleSearch& search, std::string& report);
   void runCascade(FixedPointSearch& search);
   void enumerate(FixedPointSearch& search, int first, int last);
   void enumerate(int digits);

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QApplication>
 #include <filesystem>
 
 #include "desktop/application.h"
@@ -23,7 +22,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   int result = 0;
   {
-    const QApplication application(argc, argv);
+    const zelvion::GuardedApplication application(argc, argv);
     zelvion::prepare();
     result = RUN_ALL_TESTS();
   }

@@ -49,8 +49,10 @@ TEST_F(Transform, ImageReplacesP) {
   press("Command10", {});
   const std::string tooLong = form_.entier.Text;
   const std::string rows[][3] = {{"3", tooLong, "32769"},
-                                 {"2147483647", "9", "2049220185"},
-                                 {"1100000", "789", "1049667"},
+                                 {"2147483647", "9", "2\u202f049\u202f220\u202f185 chiffres"},
+                                 {"99999999999", "789", "1\u202f047\u202f951."},
+                                 {"99999999999", "10", "2\u202f147\u202f483\u202f647."},
+                                 {"1047952", "789", "jusqu’à 1\u202f047\u202f951."},
                                  {"3", "12a", "« a »"}};
   for (const auto& [k, p, told] : rows) {
     type(k, p);
@@ -58,6 +60,9 @@ TEST_F(Transform, ImageReplacesP) {
     EXPECT_EQ(form_.entier.Text, p);
     EXPECT_EQ(desktop_.selected, p == "12a" ? "entier 2" : "");
   }
+  form_.ordrek.Text = "1047951";
+  EXPECT_EQ(form_.sommepuis("789").size(), 1'000'000U);
+  type("3", "12a");
   EXPECT_TRUE(refuses("Command7", "12a"));
   EXPECT_EQ(desktop_.selected, "elem 2");
 }

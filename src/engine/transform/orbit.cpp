@@ -1,6 +1,10 @@
 #include "engine/transform/orbit.h"
 
+#include <limits>
+
 #include "engine/text/number.h"
+#include "engine/text/refusal.h"
+#include "engine/text/utf8.h"
 
 namespace zelvion {
 namespace {
@@ -14,6 +18,15 @@ bool isZeroText(std::string_view number) {
 std::int32_t DigitPower::k() {
   if (!k_) k_ = text::toInt32(kText_, kPowerName);
   return *k_;
+}
+
+void DigitPower::requireWithin(std::string_view text) {
+  if (k_ || text::toDouble(kText_, kPowerName) < std::numeric_limits<std::int32_t>::max() + 0.5) return;
+  text::requireDigits(text);
+  throw Refusal(std::string(kPowerName) + " " + text::quoted(kText_) +
+                " est trop grande. Pour ce nombre, k peut aller jusqu’à " +
+                text::grouped(static_cast<std::uint64_t>(Transformation::greatestPower(silhouetteOf(text)))) +
+                ".");
 }
 
 Transformation* DigitPower::transformation() {
@@ -36,6 +49,7 @@ std::size_t Orbit::advance(std::span<PackedSilhouette> between) {
     return 1;
   }
   text::requireLength(text_);
+  power_.requireWithin(text_);
   Transformation* transformation = power_.transformation();
   text::requireDigits(text_);
   if (transformation == nullptr) {

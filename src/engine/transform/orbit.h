@@ -25,6 +25,10 @@ class DigitPower {
   /// k. Throws Refusal if its text is no number or out of range.
   std::int32_t k();
 
+  /// Throws Refusal, with the greatest k for the number `text`, if k is greater than any that can be worked
+  /// on.
+  void requireWithin(std::string_view text);
+
   /// The transformation for k, or null for a k below 1, whose images are empty. Throws as k().
   Transformation* transformation();
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <utility>
 
 #include "engine/arith/wide_vectors.h"
+#include "engine/text/number.h"
 #include "engine/text/refusal.h"
 
 namespace zelvion {
@@ -144,9 +146,10 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
   for (int digit = 9; digit > greatestDigit_; --digit) {
     const long double count = counts[static_cast<std::size_t>(digit - 1)];
     // Of powers so long the greatest alone decides the length.
-    if (count > 0)
-      refuse(static_cast<std::size_t>(k_ * std::log10(static_cast<long double>(digit)) + std::log10(count)) +
-             1);
+    if (count > 0) {
+      const long double length = k_ * std::log10(static_cast<long double>(digit)) + std::log10(count);
+      refuse(static_cast<std::size_t>(length) + 1, silhouette);
+    }
   }
   if (inVectors(silhouette)) {
     Silhouette result = silhouette;
@@ -163,7 +166,7 @@ Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
     if (carrySums(sums_.data(), stride_, scratch_.data(), limbs_.data())) settleRipples(limbs_);
     result.assign(limbs_);
   }
-  if (result.digits() > kMaxImageDigits) refuse(result.digits());
+  if (result.digits() > kMaxImageDigits) refuse(result.digits(), silhouette);
   image = std::move(result);
   return silhouetteOf(image);
 }
@@ -218,10 +221,21 @@ Decimal Transformation::power(int digit) const {
   return power;
 }
 
-void Transformation::refuse(std::size_t digits) const {
+std::int32_t Transformation::greatestPower(const Silhouette& silhouette) {
+  for (int digit = 9; digit > 1; --digit) {
+    const long double count = silhouette.counts[static_cast<std::size_t>(digit - 1)];
+    if (count == 0) continue;
+    const long double logarithm = std::log10(static_cast<long double>(digit));
+    return static_cast<std::int32_t>(std::ceil((kMaxImageDigits - std::log10(count)) / logarithm)) - 1;
+  }
+  return std::numeric_limits<std::int32_t>::max();
+}
+
+void Transformation::refuse(std::size_t digits, const Silhouette& silhouette) const {
   throw Refusal("Avec la puissance k = " + std::to_string(k_) + ", le transformé aurait " +
-                std::to_string(digits) + " chiffres ; le maximum est de " + std::to_string(kMaxImageDigits) +
-                " chiffres. Choisissez une puissance k plus petite.");
+                text::grouped(digits) + " chiffres\u00a0; le maximum est de " +
+                text::grouped(kMaxImageDigits) + " chiffres. Pour ce nombre, k peut aller jusqu’à " +
+                text::grouped(static_cast<std::uint64_t>(greatestPower(silhouette))) + ".");
 }
 
 }  // namespace zelvion

@@ -43,12 +43,16 @@ class Transformation {
   /// led to is not refused.
   std::size_t iterate(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
 
+  /// The greatest k with which the image of a number with this silhouette has no more than kMaxImageDigits
+  /// digits; the greatest of all for the digits 0 and 1 alone.
+  static std::int32_t greatestPower(const Silhouette& silhouette);
+
   std::int32_t k() const noexcept { return k_; }
   /// The k-th power of `digit`, 1 to 9, which must not be longer than kMaxImageDigits.
   Decimal power(int digit) const;
 
  private:
-  [[noreturn]] void refuse(std::size_t digits) const;
+  [[noreturn]] void refuse(std::size_t digits, const Silhouette& silhouette) const;
   Decimal imageInParts(const Silhouette& silhouette) const;
   void makeVectorRows(const Decimal& greatestPower);
   bool inVectors(const Silhouette& silhouette) const;

@@ -98,7 +98,9 @@ std::string Velmoire::Listenbre() {
   }
   inform(" en nombre : " + std::to_string(added));
   RichTextBox1.Text = list;
-  record("Listenbre.txt", list + std::string(text::kLineEnd));
+  Records records(*this, "Listenbre.txt");
+  records.append(list + std::string(text::kLineEnd));
+  records.sync();
   return list;
 }
 

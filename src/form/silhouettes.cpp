@@ -106,8 +106,10 @@ std::string Velmoire::Listenbre() {
 
 void Velmoire::Command13_Click() {
   const auto lastLine = [&](const std::string& file) {
-    const std::vector<std::string> lines = text::linesOf(readText(file));
-    return lines.empty() ? std::string() : lines.back();
+    const std::string data = readText(file);
+    std::string_view line;
+    for (std::string_view rest = data; !rest.empty();) line = text::takeLine(rest);
+    return std::string(line);
   };
   const std::string two = lastLine("Listenbre2.txt");
   const std::string three = lastLine("Listenbre3.txt");

@@ -148,9 +148,15 @@ std::string Velmoire::readText(const std::string& file) {
   try {
     return text::fromBytes(desktop_.read(file));
   } catch (const std::system_error& error) {
-    throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " +
-                  text::reasonOf(error.code()) + ". Il doit se trouver ici : " + desktop_.pathOf(file));
+    refuseData(file, text::reasonOf(error.code()));
+  } catch (const std::bad_alloc&) {
+    refuseData(file, kTooLarge);
   }
+}
+
+void Velmoire::refuseData(const std::string& file, const std::string& reason) {
+  throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " + reason +
+                ". Il doit se trouver ici : " + desktop_.pathOf(file));
 }
 
 }  // namespace zelvion

@@ -198,6 +198,8 @@ class Velmoire : public Form {
 
   // Files: what cannot be written is told, and the handler goes on; what cannot be read ends it.
   std::string readText(const std::string& file);
+  [[noreturn]] void refuseData(const std::string& file, const std::string& reason);
+  static constexpr const char* kTooLarge = "il est trop grand pour la mémoire de cet ordinateur";
   /// The records that one press adds to a result file. The first failure is told in a box, the others are
   /// not.
   class Records {

@@ -42,10 +42,10 @@ class ScriptedDesktop : public Desktop {
 
   Answer message(std::string_view prompt, Buttons buttons, const std::string& title) override {
     boxes_.push_back({std::string(prompt), title, buttons});
-    const bool announced = writeError == 0 && syncError == 0;
-    EXPECT_TRUE(unsynced.empty() || !announced) << "a power cut would take a record away: " << title;
     if (onMessage) onMessage();
     if (answerAll_) return answerAll_(boxes_.back());
+    const bool announced = writeError == 0 && syncError == 0;
+    EXPECT_TRUE(unsynced.empty() || !announced) << "a power cut would take a record away: " << title;
     if (answers_.empty()) {
       ADD_FAILURE() << "unexpected box\n title: " << title << "\n prompt: " << prompt.substr(0, 500);
       return buttons == Buttons::Ok ? Answer::Ok : Answer::No;

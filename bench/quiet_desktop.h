@@ -39,6 +39,7 @@ class QuietDesktop : public Desktop {
   }
   std::string pathOf(const std::string& name) override { return (directory_ / name).string(); }
   void append(const std::string& name, const std::string& text) override { appendWhole(pathOf(name), text); }
+  void sync(const std::string& name) override { syncFile(pathOf(name)); }
   std::string read(const std::string& name) override { return readWhole(pathOf(name)); }
   bool openPage(const std::string&) override { return true; }
   Twips screen() override { return {19'200, 10'800}; }

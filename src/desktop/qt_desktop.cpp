@@ -149,6 +149,10 @@ void QtDesktop::append(const std::string& name, const std::string& text) {
   appendWhole(pathOf(name), text);
 }
 
+void QtDesktop::sync(const std::string& name) {
+  syncFile(pathOf(name));
+}
+
 std::string QtDesktop::read(const std::string& name) {
   return readWhole(pathOf(name));
 }

@@ -25,6 +25,7 @@ class QtDesktop : public Desktop {
   Moment now() override;
   std::string pathOf(const std::string& name) override;
   void append(const std::string& name, const std::string& text) override;
+  void sync(const std::string& name) override;
   std::string read(const std::string& name) override;
   bool openPage(const std::string& address) override;
   Twips screen() override;

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <new>
+#include <utility>
 
 #include "engine/text/number.h"
 #include "engine/text/utf8.h"
@@ -22,18 +24,27 @@ void Velmoire::Command9_Click() {
 }
 
 void Velmoire::Command12_Click() {
-  const auto list = [&](const std::string& file) {
+  const char* file = nullptr;
+  const auto list = [&](const char* name) {
+    file = name;
+    const std::string data = readText(name);
     std::string lines;
-    for (const std::string& line : text::linesOf(readText(file))) lines.append(line).append(text::kLineEnd);
+    lines.reserve(data.size());
+    for (std::string_view rest = data; !rest.empty();)
+      lines.append(text::takeLine(rest)).append(text::kLineEnd);
     return lines;
   };
-  const std::string first = list("amstrong.txt");
-  const bool more =
-      ask(first, "Tous les nombres de Amstrong ou nombres narcissiques parfaits. Suite pour k >23?");
-  RichTextBox1.Text = first;
-  if (!more) return;
-  if (!ask(list("amstrong2.txt"), "Liste des nombres de Amstrong de k=24 à k=36. Suite et fin?")) return;
-  inform(list("amstrong3.txt"), "Liste des derniers nombres de Amstrong à partir de k=37.");
+  try {
+    std::string first = list("amstrong.txt");
+    const bool more =
+        ask(first, "Tous les nombres de Amstrong ou nombres narcissiques parfaits. Suite pour k >23?");
+    RichTextBox1.Text = std::move(first);
+    if (!more) return;
+    if (!ask(list("amstrong2.txt"), "Liste des nombres de Amstrong de k=24 à k=36. Suite et fin?")) return;
+    inform(list("amstrong3.txt"), "Liste des derniers nombres de Amstrong à partir de k=37.");
+  } catch (const std::bad_alloc&) {
+    refuseData(file, kTooLarge);
+  }
 }
 
 }  // namespace zelvion

@@ -64,10 +64,12 @@ void Velmoire::searchCycle(const CycleSearch& search) {
                  static_cast<std::size_t>(cycle->order()) * (first.size() + kListSeparator.size() + 1));
   finder.appendFurtherPoints(*cycle, report.append(first));
   endCycleReport(report, begin, first.size());
-  record(search.file, report.append(text::kLineEnd));
+  Records records(*this, search.file);
+  records.append(report.append(text::kLineEnd));
+  records.sync();
   report.resize(report.size() - text::kLineEnd.size());
 
-  informOfTime(start);
+  informOfTime(start, records);
 
   try {
     showReport(search, report);
@@ -88,8 +90,8 @@ void Velmoire::showReport(const CycleSearch& search, std::string& report) {
   if (search.longReport) RichTextBox1.Text = std::move(report);
 }
 
-void Velmoire::informOfTime(const Moment& start) {
-  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds - secondsInBox_);
+void Velmoire::informOfTime(const Moment& start, const Records& records) {
+  auto seconds = static_cast<std::int32_t>(desktop_.now().seconds - start.seconds - records.secondsInBox());
   inform("Temps de calcul: " + ConvertirSecondes(seconds), "Début du calcul: " + start.text());
 }
 

@@ -44,6 +44,9 @@ class Desktop {
   /// Appends `text` to the file `name` of the program's directory, whole or not at all, and creates the file
   /// if need be. Throws std::system_error.
   virtual void append(const std::string& name, const std::string& text) = 0;
+  /// Returns when all that was appended to the file `name` is on the disk, so that a power cut cannot take it
+  /// away. Throws std::system_error.
+  virtual void sync(const std::string& name) = 0;
   /// The bytes of the file `name` of the program's directory. Throws std::system_error.
   virtual std::string read(const std::string& name) = 0;
   /// Opens a page in the user's browser and returns at once; false if none can be started.

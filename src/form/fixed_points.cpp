@@ -63,20 +63,22 @@ std::optional<std::string> fixedImage(DigitPower& power, const std::string& cand
 
 }  // namespace
 
-/// What a search makes of k, which it reads once.
-struct FixedPointSearch {
-  /// `digits` is how many digits a candidate has after its nines. Throws Refusal if `typed` is no number or
-  /// k is too great.
-  FixedPointSearch(const std::string& typed, int digits)
-      : text(typed),
-        k(text::toDouble(typed, kPowerName)),
-        nines(ninesFor(k, typed, static_cast<std::size_t>(digits))),
-        power(text::toInt32(k, typed, kPowerName)) {}
+/// What a search makes of k, which it reads once, and where its fixed points go.
+struct Velmoire::FixedPointSearch {
+  /// `digits` is how many digits a candidate has after its nines. Throws Refusal if k is no number or too
+  /// great.
+  FixedPointSearch(Velmoire& form, int digits)
+      : text(form.ordrek.Text),
+        k(text::toDouble(text, kPowerName)),
+        nines(ninesFor(k, text, static_cast<std::size_t>(digits))),
+        power(text::toInt32(k, text, kPowerName)),
+        records(form, kFile) {}
 
   std::string text;   ///< k as typed
   double k;           ///< exactly, for decisions
   std::size_t nines;  ///< in front of a candidate
   DigitPower power;
+  Records records;
 };
 
 /// A test of the high orders: its power, and the nines in front of a candidate.
@@ -100,7 +102,7 @@ void Velmoire::Command5_Click() {
     RichTextBox1.Text = "Choisissez un nouveau k!!";
     return;
   }
-  FixedPointSearch search(k, kFullCascade);
+  FixedPointSearch search(*this, kFullCascade);
   ListePfixe = "Point(s) fixe(s) pour k = " + k + std::string(text::kLineEnd);
 
   const std::string title = "Transformation velmoire pour k = " + k;
@@ -113,7 +115,7 @@ void Velmoire::Command5_Click() {
   } else {
     const Moment start = desktop_.now();
     runCascade(search);
-    informOfTime(start);
+    informOfTime(start, search.records);
     inform(ListePfixe, title);
   }
   RichTextBox1.Text = ListePfixe;
@@ -130,16 +132,18 @@ void Velmoire::enumerate(FixedPointSearch& search, int first, int last) {
   for (int digits = first; digits <= last; ++digits) {
     walk.run(digits, [&](const std::string& candidate) { test(search, candidate); });
   }
+  search.records.sync();
 }
 
 void Velmoire::enumerate(int digits) {
-  FixedPointSearch search(ordrek.Text, digits);
+  FixedPointSearch search(*this, digits);
   enumerate(search, digits, digits);
 }
 
 void Velmoire::PfixeK(const std::string& ent) {
-  FixedPointSearch search(ordrek.Text, 0);
+  FixedPointSearch search(*this, 0);
   test(search, ent);
+  search.records.sync();
 }
 
 void Velmoire::test(FixedPointSearch& search, const std::string& ent) {
@@ -148,11 +152,13 @@ void Velmoire::test(FixedPointSearch& search, const std::string& ent) {
   const std::string entry = *fixed + ", ";
   ListePfixe += entry;
   const std::string lineEnd(text::kLineEnd);
-  record(std::string(kFile), "Ordre " + search.text + ", points fixes:" + lineEnd + entry + lineEnd);
+  search.records.append("Ordre " + search.text + ", points fixes:" + lineEnd + entry + lineEnd);
 }
 
 void Velmoire::boucle1() {
-  for (char digit = '0'; digit <= '9'; ++digit) PfixeK(std::string(1, digit));
+  FixedPointSearch search(*this, 0);
+  for (char digit = '0'; digit <= '9'; ++digit) test(search, std::string(1, digit));
+  search.records.sync();
 }
 void Velmoire::boucle2() {
   enumerate(2);
@@ -203,14 +209,16 @@ void Velmoire::Pfixe60(const std::string& ent) {
 
 void Velmoire::testHigh(const HighOrder& order, const std::string& ent) {
   DigitPower power(order.k);
-  testHigh(order, power, ent);
+  Records records(*this, kFile);
+  testHigh(order, power, records, ent);
+  records.sync();
 }
 
-void Velmoire::testHigh(const HighOrder& order, DigitPower& power, const std::string& ent) {
+void Velmoire::testHigh(const HighOrder& order, DigitPower& power, Records& records, const std::string& ent) {
   ordrek.Text = std::to_string(order.k);
   const std::optional<std::string> fixed = fixedImage(power, std::string(order.nines, '9') + ent);
   const std::string line = fixed ? *fixed + ", " : "rien";
-  if (fixed) record(std::string(kFile), line + std::string(text::kLineEnd));
+  if (fixed) records.append(line + std::string(text::kLineEnd));
   RichTextBox1.Text = line;
 }
 
@@ -244,12 +252,14 @@ std::int32_t Velmoire::enumerateHigh(int digits, const HighOrder& order) {
   const std::string lastCandidate(static_cast<std::size_t>(digits), '9');
   bool lastTested = false;
   DigitPower power(order.k);
+  Records records(*this, kFile);
   MultisetWalk walk(power, order.nines);
   const std::int32_t candidates = walk.run(digits, [&](const std::string& candidate) {
-    testHigh(order, power, candidate);
+    testHigh(order, power, records, candidate);
     lastTested = candidate == lastCandidate;
   });
-  if (!lastTested) testHigh(order, power, lastCandidate);
+  if (!lastTested) testHigh(order, power, records, lastCandidate);
+  records.sync();
   return candidates;
 }
 

@@ -98,14 +98,18 @@ std::string Velmoire::Listenbre() {
   }
   inform(" en nombre : " + std::to_string(added));
   RichTextBox1.Text = list;
-  record("Listenbre.txt", list + std::string(text::kLineEnd));
+  Records records(*this, "Listenbre.txt");
+  records.append(list + std::string(text::kLineEnd));
+  records.sync();
   return list;
 }
 
 void Velmoire::Command13_Click() {
   const auto lastLine = [&](const std::string& file) {
-    const std::vector<std::string> lines = text::linesOf(readText(file));
-    return lines.empty() ? std::string() : lines.back();
+    const std::string data = readText(file);
+    std::string_view line;
+    for (std::string_view rest = data; !rest.empty();) line = text::takeLine(rest);
+    return std::string(line);
   };
   const std::string two = lastLine("Listenbre2.txt");
   const std::string three = lastLine("Listenbre3.txt");

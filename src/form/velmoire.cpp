@@ -2,6 +2,7 @@
 
 #include <new>
 #include <system_error>
+#include <utility>
 
 #include "engine/text/reason.h"
 #include "engine/text/refusal.h"
@@ -76,8 +77,6 @@ bool Velmoire::handles(std::string_view name) const {
 }
 
 void Velmoire::click(std::string_view name) {
-  recordFailed_ = false;
-  secondsInBox_ = 0;
   const auto title = [this] { return standardTitle(); };
   try {
     if (const auto* handler = findHandler(kHandlers, name)) (this->*handler->run)();
@@ -119,28 +118,45 @@ bool Velmoire::ask(std::string_view prompt, const std::string& title) {
   return desktop_.message(prompt, Buttons::YesNo, title) == Answer::Yes;
 }
 
-void Velmoire::record(const std::string& file, const std::string& text) {
+void Velmoire::Records::append(const std::string& text) {
   try {
-    desktop_.append(file, text);
+    form_.desktop_.append(file_, text);
+    written_ = true;
   } catch (const std::system_error& error) {
-    if (!recordFailed_) {
-      recordFailed_ = true;
-      const std::int64_t opened = desktop_.now().seconds;
-      inform("Le résultat n’a pas pu être écrit dans le fichier « " + desktop_.pathOf(file) +
-                 " » : " + text::reasonOf(error.code()) + ". Il est affiché tout de même.",
-             standardTitle());
-      secondsInBox_ = desktop_.now().seconds - opened;
-    }
+    tell(error.code());
   }
+}
+
+void Velmoire::Records::sync() {
+  try {
+    if (written_) form_.desktop_.sync(file_);
+  } catch (const std::system_error& error) {
+    tell(error.code());
+  }
+}
+
+void Velmoire::Records::tell(const std::error_code& error) {
+  if (std::exchange(told_, true)) return;
+  const std::int64_t opened = form_.desktop_.now().seconds;
+  form_.inform("Le résultat n’a pas pu être écrit dans le fichier « " + form_.desktop_.pathOf(file_) +
+                   " » : " + text::reasonOf(error) + ". Il est affiché tout de même.",
+               form_.standardTitle());
+  secondsInBox_ = form_.desktop_.now().seconds - opened;
 }
 
 std::string Velmoire::readText(const std::string& file) {
   try {
     return text::fromBytes(desktop_.read(file));
   } catch (const std::system_error& error) {
-    throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " +
-                  text::reasonOf(error.code()) + ". Il doit se trouver ici : " + desktop_.pathOf(file));
+    refuseData(file, text::reasonOf(error.code()));
+  } catch (const std::bad_alloc&) {
+    refuseData(file, kTooLarge);
   }
+}
+
+void Velmoire::refuseData(const std::string& file, const std::string& reason) {
+  throw Refusal("Le fichier de données « " + file + " » ne peut pas être lu : " + reason +
+                ". Il doit se trouver ici : " + desktop_.pathOf(file));
 }
 
 }  // namespace zelvion

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "form/desktop.h"
 #include "form/form.h"
@@ -10,7 +11,6 @@
 namespace zelvion {
 
 class DigitPower;
-struct FixedPointSearch;
 struct HighOrder;
 
 /// A control whose text belongs to the form.
@@ -186,17 +186,41 @@ class Velmoire : public Form {
   void boucle16();
 
  private:
+  class Records;
   struct CycleSearch;
+  struct FixedPointSearch;
 
   // Message boxes.
   std::string standardTitle() const;
   void inform(std::string_view prompt, const std::string& title = std::string(kApplicationTitle));
-  void informOfTime(const Moment& start);
+  void informOfTime(const Moment& start, const Records& records);
   bool ask(std::string_view prompt, const std::string& title);
 
   // Files: what cannot be written is told, and the handler goes on; what cannot be read ends it.
-  void record(const std::string& file, const std::string& text);
   std::string readText(const std::string& file);
+  [[noreturn]] void refuseData(const std::string& file, const std::string& reason);
+  static constexpr const char* kTooLarge = "il est trop grand pour la mémoire de cet ordinateur";
+  /// The records that one press adds to a result file. The first failure is told in a box, the others are
+  /// not.
+  class Records {
+   public:
+    Records(Velmoire& form, std::string_view file) : form_(form), file_(file) {}
+
+    void append(const std::string& text);
+    /// Has what was appended on the disk: to be called before a box announces it.
+    void sync();
+    /// How long the box that told a failure stood open: no time of computation.
+    std::int64_t secondsInBox() const { return secondsInBox_; }
+
+   private:
+    void tell(const std::error_code& error);
+
+    Velmoire& form_;
+    const std::string file_;
+    bool written_ = false;
+    bool told_ = false;
+    std::int64_t secondsInBox_ = 0;
+  };
 
   void letGoOfOutput() noexcept;
 
@@ -209,11 +233,9 @@ class Velmoire : public Form {
   void test(FixedPointSearch& search, const std::string& ent);
   std::int32_t enumerateHigh(int digits, const HighOrder& order);
   void testHigh(const HighOrder& order, const std::string& ent);
-  void testHigh(const HighOrder& order, DigitPower& power, const std::string& ent);
+  void testHigh(const HighOrder& order, DigitPower& power, Records& records, const std::string& ent);
 
   Desktop& desktop_;
-  bool recordFailed_ = false;      ///< a record of this press could not be written, and the user was told so
-  std::int64_t secondsInBox_ = 0;  ///< for which that box stood open: no time of computation
 };
 
 }  // namespace zelvion

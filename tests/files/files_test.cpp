@@ -2,22 +2,29 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <system_error>
+
+#include "files/faults.h"
 
 namespace zelvion {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Fault;
+using testing::Faults;
+using testing::Kind;
 using Action = std::function<void()>;
 
 /// The error of an action, 0 if it has none.
@@ -58,6 +65,14 @@ class Files : public ::testing::Test {
   ~Files() override { fs::remove_all(folder); }
   std::string path(const std::string& name) const { return folder / name; }
 
+  using Contents = std::map<std::string, std::string>;
+  Contents contents() const {
+    Contents all;
+    for (const auto& entry : fs::directory_iterator(folder))
+      all[entry.path().filename()] = readWhole(entry.path());
+    return all;
+  }
+
   fs::path folder;
 };
 
@@ -89,34 +104,193 @@ TEST_F(Files, WhatIsNoFileIsRefusedAtOnce) {
   ::alarm(0);
 }
 
-TEST_F(Files, WhatCannotBeWrittenLeavesNoTrace) {
-  const std::string old = recordOf('a');
-  appendWhole(path("ancien.txt"), old);
-  const auto expectFailure = [&](int error, const Action& limit, const std::string& text) {
-    for (const char* name : {"ancien.txt", "nouveau.txt"}) {
-      const pid_t child = start([&] {
-        limit();
-        appendWhole(path(name), text);
-      });
-      EXPECT_EQ(errorOf(child), error) << name;
-    }
-    EXPECT_EQ(readWhole(path("ancien.txt")), old);
-    EXPECT_FALSE(fs::exists(path("nouveau.txt")));
-  };
-  const Action fullDisk = [] {
-    const rlimit limit{10'000, 10'000};
-    ::signal(SIGXFSZ, SIG_IGN);
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  };
-  expectFailure(EFBIG, fullDisk, recordOf('b') + recordOf('b'));
-
+TEST_F(Files, WithoutRightsNothingIsTouched) {
+  appendWhole(path("ancien.txt"), "x");
   fs::permissions(path("ancien.txt"), fs::perms(0444));
   fs::permissions(folder, fs::perms(0555));
-  const Action noRights = [] {
-    if (::geteuid() == 0 && ::seteuid(65'534) != 0) ::_exit(99);
-  };
-  expectFailure(EACCES, noRights, "x");
+  for (const char* name : {"ancien.txt", "nouveau.txt"}) {
+    const pid_t child = start([&] {
+      if (::geteuid() == 0 && ::seteuid(65'534) != 0) ::_exit(99);
+      appendWhole(path(name), "x");
+    });
+    EXPECT_EQ(errorOf(child), EACCES) << name;
+  }
   fs::permissions(folder, fs::perms(0755));
+  EXPECT_EQ(contents(), (Contents{{"ancien.txt", "x"}}));
+}
+
+// Two records, the second one long, behind an old one or in a new file: with a fault at each call, and a kill
+// at each call after a fault that lasts.
+TEST_F(Files, RecordsAreWholeAfterEveryFault) {
+  ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+  const std::string records[] = {"<kurz>\r\n", recordOf('b')};
+  const auto press = [&] {
+    for (const std::string& record : records) appendWhole(path("x.txt"), record);
+    syncFile(path("x.txt"));
+    if (!readWhole(path("x.txt")).ends_with(records[0] + records[1])) ::_exit(98);
+    if (Faults::unsynced()) ::_exit(97);
+  };
+  for (const std::string& old : {std::string(), recordOf('a')}) {
+    const auto begin = [&] {
+      fs::remove_all(path(""));
+      fs::create_directory(path(""));
+      std::ofstream(path("voisin.txt")) << "y";
+      if (!old.empty()) std::ofstream(path("x.txt")) << old;
+    };
+    const auto expectWhole = [&](const std::vector<Fault>& faults) {
+      std::string what;
+      for (const Fault& fault : faults) {
+        what += std::to_string(fault.call) + ":" + std::to_string(static_cast<int>(fault.kind)) + " ";
+      }
+      begin();
+      const int outcome = errorOf(start([&] {
+        const Faults injected(faults);
+        press();
+      }));
+      while (::wait(nullptr) > 0) {
+      }
+      Contents now = contents();
+      const std::string text = now["x.txt"];
+      const std::string whole[] = {old, old + records[0], old + records[0] + records[1]};
+      EXPECT_NE(std::find(std::begin(whole), std::end(whole), text), std::end(whole)) << what << text.size();
+      EXPECT_TRUE(outcome != 0 || text == whole[2]) << what;
+      EXPECT_TRUE(outcome == 0 || outcome == -SIGKILL || outcome == EIO || outcome == ENOSPC)
+          << what << outcome;
+      EXPECT_EQ(now, (Contents{{"voisin.txt", "y"}, {"x.txt", text}})) << what;
+    };
+
+    begin();
+    std::vector<const char*> calls;
+    {
+      const Faults none;
+      press();
+      calls = Faults::calls();
+    }
+    const int count = static_cast<int>(calls.size());
+    for (int call = 1; call <= count; ++call) {
+      for (const Kind kind :
+           {Kind::Fails, Kind::Interrupted, Kind::Short, Kind::DiskFull, Kind::Ends, Kind::ParentEnds}) {
+        expectWhole({{call, kind}});
+      }
+      // Who has no lock must not cut, whatever happens then.
+      if (calls[static_cast<std::size_t>(call) - 1] == std::string("flock")) continue;
+      for (int second = call + 1; second <= count + 2; ++second) {
+        for (const Kind kind : {Kind::Ends, Kind::ParentEnds}) {
+          expectWhole({{call, Kind::DiskFull}, {second, kind}});
+        }
+      }
+    }
+  }
+}
+
+// What happens in the place of a call is told by a function without captures, which finds its file here.
+std::string theFile;
+int theDescriptor = -1;
+int attempts = 0;
+
+TEST_F(Files, WhatOtherWindowsDoMeanwhileIsKept) {
+  const Faults restored;
+  theFile = path("x.txt");
+  appendWhole(theFile, "old");
+  // Another window has the lock, and writes a record while this one waits. Then the disk is full.
+  attempts = 0;
+  systemCalls.flock = [](int fd, int how) {
+    if (++attempts > 1) return ::flock(fd, how);
+    std::ofstream(theFile, std::ios::app) << recordOf('a');
+    errno = EWOULDBLOCK;
+    return -1;
+  };
+  systemCalls.write = [](int fd, const void* from, std::size_t size) {
+    if (size > 100) return ::write(fd, from, 100);
+    errno = ENOSPC;
+    return ssize_t{-1};
+  };
+  EXPECT_EQ(errorOf([&] { appendWhole(theFile, recordOf('b').substr(0, 150)); }), ENOSPC);
+  EXPECT_EQ(readWhole(theFile), "old" + recordOf('a'));
+
+  // Another window removes the file, which it made itself, as it cannot write to it.
+  systemCalls.write = ::write;
+  systemCalls.flock = [](int fd, int how) {
+    if (++attempts == 1) ::unlink(theFile.c_str());
+    return ::flock(fd, how);
+  };
+  for (const bool there : {true, false}) {
+    attempts = 0;
+    if (!there) fs::remove(theFile);
+    appendWhole(theFile, "new");
+    EXPECT_EQ(readWhole(theFile), "new");
+  }
+
+  // There are no locks: nobody waits for one, and what may be the record of another window is not cut.
+  attempts = 0;
+  systemCalls.flock = [](int, int) {
+    ++attempts;
+    errno = ENOLCK;
+    return -1;
+  };
+  systemCalls.write = [](int fd, const void* from, std::size_t size) {
+    std::ofstream(theFile, std::ios::app) << recordOf('a');
+    return size > 100 ? ::write(fd, from, 100) : (errno = ENOSPC, ssize_t{-1});
+  };
+  EXPECT_EQ(errorOf([&] { appendWhole(theFile, std::string(150, 'b')); }), ENOSPC);
+  EXPECT_TRUE(readWhole(theFile).ends_with(recordOf('a')));
+  EXPECT_EQ(attempts, 1);
+}
+
+TEST_F(Files, TheWriterIsOnItsOwn) {
+  const Faults restored;
+  theDescriptor = ::open("/dev/null", O_RDONLY);
+  attempts = 0;
+  systemCalls.write = [](int fd, const void* from, std::size_t size) {
+    attempts += ::fcntl(theDescriptor, F_GETFD) == -1 ? 1 : 100;
+    return ::write(fd, from, size);
+  };
+  appendWhole(path("x.txt"), recordOf('a'));
+  EXPECT_EQ(attempts, 1) << "what the window has open stays open in the writer";
+  EXPECT_EQ(::close(theDescriptor), 0);
+
+  ::signal(SIGCHLD, SIG_IGN);
+  appendWhole(path("x.txt"), recordOf('b'));
+  systemCalls.write = [](int, const void*, std::size_t) {
+    errno = ENOSPC;
+    return ssize_t{-1};
+  };
+  EXPECT_EQ(errorOf([&] { appendWhole(path("x.txt"), recordOf('c')); }), EIO) << "how it ended is not seen";
+  ::signal(SIGCHLD, SIG_DFL);
+  EXPECT_EQ(readWhole(path("x.txt")), recordOf('a') + recordOf('b'));
+}
+
+TEST_F(Files, WhatOnlyCloseOrSyncTellIsToldToo) {
+  const Faults restored;
+  appendWhole(path("x.txt"), "old");
+  systemCalls.close = [](int fd) {
+    ::close(fd);
+    errno = ENOSPC;
+    return -1;
+  };
+  EXPECT_EQ(errorOf([&] { appendWhole(path("x.txt"), "new"); }), ENOSPC);
+  EXPECT_EQ(errorOf([&] { appendWhole(path("x.txt"), recordOf('a')); }), ENOSPC);
+  EXPECT_EQ(errorOf([&] { syncFile(path("x.txt")); }), ENOSPC);
+  EXPECT_EQ(readWhole(path("x.txt")), "old");
+  systemCalls = {};
+  systemCalls.fdatasync = systemCalls.fsync = [](int) {
+    errno = EIO;
+    return -1;
+  };
+  EXPECT_EQ(errorOf([&] { syncFile(path("x.txt")); }), EIO);
+  EXPECT_EQ(errorOf([&] { appendWhole(path("y.txt"), "x"); }), EIO);
+  EXPECT_FALSE(fs::exists(path("y.txt")));
+}
+
+TEST_F(Files, ALinkToNothingIsFollowedAndNeverRemoved) {
+  fs::create_symlink("there.txt", path("x.txt"));
+  {
+    const Faults full({{1, Kind::DiskFull}});
+    EXPECT_EQ(errorOf([&] { appendWhole(path("x.txt"), "x"); }), ENOSPC);
+  }
+  EXPECT_TRUE(fs::is_symlink(path("x.txt")));
+  appendWhole(path("x.txt"), "x");
+  EXPECT_EQ(readWhole(path("there.txt")), "x");
 }
 
 TEST_F(Files, RecordsStayWholeWhenTwoWriteAndAreKilled) {

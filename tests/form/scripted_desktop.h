@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -43,6 +44,8 @@ class ScriptedDesktop : public Desktop {
     boxes_.push_back({std::string(prompt), title, buttons});
     if (onMessage) onMessage();
     if (answerAll_) return answerAll_(boxes_.back());
+    const bool announced = writeError == 0 && syncError == 0;
+    EXPECT_TRUE(unsynced.empty() || !announced) << "a power cut would take a record away: " << title;
     if (answers_.empty()) {
       ADD_FAILURE() << "unexpected box\n title: " << title << "\n prompt: " << prompt.substr(0, 500);
       return buttons == Buttons::Ok ? Answer::Ok : Answer::No;
@@ -64,6 +67,12 @@ class ScriptedDesktop : public Desktop {
   void append(const std::string& name, const std::string& text) override {
     if (writeError != 0) throw std::system_error(writeError, std::generic_category(), name);
     files[name] += text;
+    unsynced.insert(name);
+  }
+
+  void sync(const std::string& name) override {
+    if (syncError != 0) throw std::system_error(syncError, std::generic_category(), name);
+    unsynced.erase(name);
   }
 
   std::string read(const std::string& name) override {
@@ -89,6 +98,8 @@ class ScriptedDesktop : public Desktop {
 
   std::map<std::string, std::string> files;  ///< the program's directory
   int writeError = 0;                        ///< what every write fails with, if not 0
+  int syncError = 0;                         ///< the same for what brings a file onto the disk
+  std::set<std::string> unsynced;            ///< the files that a power cut would take something from
   std::vector<std::string> pages;
   bool hasBrowser = true;
   std::vector<Form*> shown;

@@ -11,7 +11,7 @@ struct Reason {
   const char* text;
 };
 
-constexpr std::array<Reason, 15> kReasons = {{
+constexpr std::array<Reason, 27> kReasons = {{
     {EACCES, "l’accès est refusé"},
     {EPERM, "l’opération n’est pas permise"},
     {EROFS, "le disque est en lecture seule"},
@@ -22,10 +22,22 @@ constexpr std::array<Reason, 15> kReasons = {{
     {ENXIO, "ce n’est pas un fichier ordinaire"},
     {ENOSPC, "le disque est plein"},
     {EDQUOT, "le quota du disque est atteint"},
-    {EFBIG, "le fichier serait trop grand"},
+    {EFBIG, "le fichier est trop grand"},
+    {EOVERFLOW, "le fichier est trop grand"},
     {EIO, "le disque ne répond pas correctement"},
+    {ETIMEDOUT, "le disque ne répond pas à temps"},
+    {ENODEV, "le disque n’est plus là"},
+    {ENOMEDIUM, "le disque n’est plus là"},
+    {ESTALE, "le disque du réseau n’est plus là"},
+    {EUCLEAN, "le disque est endommagé"},
+    {ENOKEY, "son dossier est chiffré et n’est pas déverrouillé"},
+    {ENOMEM, "la mémoire ne suffit pas"},
+    {ENFILE, "trop de fichiers sont ouverts"},
     {EMFILE, "trop de fichiers sont ouverts"},
     {ENAMETOOLONG, "son chemin est trop long"},
+    {ELOOP, "son chemin passe par des liens qui tournent en rond"},
+    {EAGAIN, "le fichier est occupé"},
+    {EBUSY, "le fichier est occupé"},
     {ETXTBSY, "le fichier est occupé"},
 }};
 

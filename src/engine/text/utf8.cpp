@@ -129,16 +129,12 @@ std::string fromBytes(std::string_view bytes) {
   return text;
 }
 
-std::vector<std::string> linesOf(std::string_view text) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.emplace_back(line);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  }
-  return lines;
+std::string_view takeLine(std::string_view& text) noexcept {
+  const std::size_t end = text.find('\n');
+  std::string_view line = text.substr(0, end);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  return line;
 }
 
 std::string characterName(std::string_view character) {

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// Texts are UTF-8. What is counted and cut here are characters (code points), never bytes. A byte that is no
 /// part of valid UTF-8 counts as a character of its own, so that every text has a length.
@@ -31,8 +30,9 @@ std::string quoted(std::string_view text);
 /// The text of a file: bytes that are no valid UTF-8 are read as Windows-1252; a byte-order mark is dropped.
 std::string fromBytes(std::string_view bytes);
 
-/// The lines of a text, which end in LF or CR LF, the last one also without.
-std::vector<std::string> linesOf(std::string_view text);
+/// Takes the first line off `text`, which must not be empty, and returns it without its end, LF or CR LF; the
+/// last one may have none.
+std::string_view takeLine(std::string_view& text) noexcept;
 
 /// How a character is called in a French sentence: « a », or its name where it cannot be seen.
 std::string characterName(std::string_view character);

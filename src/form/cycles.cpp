@@ -74,7 +74,7 @@ void Velmoire::searchCycle(const CycleSearch& search) {
   try {
     showReport(search, report);
   } catch (const std::bad_alloc&) {
-    if (recordFailed_) throw;
+    if (records.failed()) throw;
     throw Refusal(
         "La mémoire ne suffit pas pour afficher ce rapport. Il est en entier dans le fichier «\u00a0" +
         desktop_.pathOf(search.file) + "\u00a0».");

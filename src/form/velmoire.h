@@ -200,6 +200,7 @@ class Velmoire : public Form {
   std::string readText(const std::string& file);
   [[noreturn]] void refuseData(const std::string& file, const std::string& reason);
   static constexpr const char* kTooLarge = "il est trop grand pour la mémoire de cet ordinateur";
+
   /// The records that one press adds to a result file. The first failure is told in a box, the others are
   /// not.
   class Records {
@@ -209,6 +210,8 @@ class Velmoire : public Form {
     void append(const std::string& text);
     /// Has what was appended on the disk: to be called before a box announces it.
     void sync();
+    /// Whether a record is not in its file, which was told.
+    bool failed() const { return told_; }
     /// How long the box that told a failure stood open: no time of computation.
     std::int64_t secondsInBox() const { return secondsInBox_; }
 

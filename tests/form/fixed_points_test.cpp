@@ -112,6 +112,7 @@ TEST_F(FixedPoints, UnwritableFileIsToldOnceAPressAndTheListIsComplete) {
       desktop_.expect(Answer::Ok);
       (form_.*operation)();
     }
+    shown(2);
     *error = 0;
   }
 }

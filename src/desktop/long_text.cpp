@@ -25,8 +25,8 @@ namespace {
 /// or anywhere before `kLongestBlock`.
 constexpr std::size_t kBlock = 2'000;
 constexpr std::size_t kLongestBlock = 6'000;
-/// How much is put into the document at once, in bytes: in a fifth of a second or so.
-constexpr std::size_t kAtOnce = 10'000'000;
+/// How much is put into the document at once, in bytes: in a tenth of a second or so.
+constexpr std::size_t kAtOnce = 4'000'000;
 constexpr std::size_t kPiece = 1'000'000;
 /// How much of a change of text is told to assistive tools, which ask for the rest.
 constexpr int kAnnounced = 10'000;
@@ -131,10 +131,10 @@ void LongText::setText(std::string_view text) {
 /// moves along.
 void LongText::load(std::size_t bytes) {
   if (rest_.empty()) return;
-  // Of two bytes for a character a growing text keeps twice as many, and for a moment the ones before, too.
+  // The document has two bytes for a character, and grows by doubling what it has.
   const auto present = static_cast<std::size_t>(document()->characterCount());
   const std::size_t added = std::min(bytes, rest_.size());
-  if (present + added > kPiece) requireMemory(6 * (present + added));
+  if (present + added > kPiece) requireMemory(2 * present + 4 * added);
   const std::size_t left = rest_.size() - added;
   QTextCursor end(document());
   end.movePosition(QTextCursor::End);

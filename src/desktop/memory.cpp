@@ -8,7 +8,7 @@
 namespace zelvion {
 namespace {
 
-constexpr std::size_t kToSpare = std::size_t{24} << 20;
+constexpr std::size_t kToSpare = std::size_t{16} << 20;
 
 /// What the machine could still give without swapping, in bytes; the largest number where it does not say.
 std::size_t available() {

@@ -64,7 +64,13 @@ MessageBox::MessageBox(std::string_view prompt, Buttons buttons, std::string tit
   layout->setStretchFactor(text_, 1);
   addButtons();
   fit();
-  connect(text_, &LongText::zoomed, this, &MessageBox::fit);
+  connect(text_, &LongText::zoomed, this, [this] {
+    fit();
+    const QRect room = screen()->availableGeometry().marginsRemoved(
+        {0, 0, kFrameAndBorder.width(), kFrameAndBorder.height()});
+    move(std::max(room.left(), std::min(x(), room.right() - width())),
+         std::max(room.top(), std::min(y(), room.bottom() - height())));
+  });
 }
 
 void MessageBox::addButtons() {

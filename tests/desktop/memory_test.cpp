@@ -54,7 +54,7 @@ TEST_F(WindowTest, TextThatDoesNotFitIsLetGoAndToldOnce) {
   GTEST_SKIP() << "the sanitizer ends a program that has no memory";
 #endif
   form.RichTextBox1.Text.assign(30'000'000, '7');
-  const MemoryLimit limit(50'000'000);
+  const MemoryLimit limit(45'000'000);
   expectBox("*", kTooLittle);
   type("elem", "1");
   expectNoMore();
@@ -65,7 +65,8 @@ TEST_F(WindowTest, TextThatDoesNotFitIsLetGoAndToldOnce) {
   EXPECT_EQ(textOf(at("entier")), "1584");
 
   // The box of a handler may be what does not fit.
-  EXPECT_THROW(desktop.message(std::string(9'000'000, '8'), Buttons::Ok, "titre"), std::bad_alloc);
+  const MemoryLimit tighter(24'000'000);
+  EXPECT_THROW(desktop.message(std::string(5'000'000, '8'), Buttons::Ok, "titre"), std::bad_alloc);
 }
 
 TEST_F(WindowTest, NoExceptionEndsTheProgram) {

@@ -40,7 +40,8 @@ class QuietDesktop : public Desktop {
   std::string pathOf(const std::string& name) override { return (directory_ / name).string(); }
   void append(const std::string& name, const std::string& text) override { appendWhole(pathOf(name), text); }
   std::string read(const std::string& name) override { return readWhole(pathOf(name)); }
-  void openPage(const std::string&) override {}
+  bool openPage(const std::string&) override { return true; }
+  void select(std::string_view, std::size_t) override {}
   Twips screen() override { return {19'200, 10'800}; }
   void showModal(Form&) override {}
   void unload(Form&) override {}

@@ -1,6 +1,10 @@
 #include <benchmark/benchmark.h>
 
+#include <array>
+#include <cstdint>
+#include <numeric>
 #include <string>
+#include <vector>
 
 #include "engine/cycles/cycle_finder.h"
 #include "engine/fixedpoints/complete_search.h"
@@ -148,6 +152,42 @@ BENCHMARK(PlusPlus)->ArgName("digits")->Arg(1'000)->Arg(30'000);
 BENCHMARK(MulCalcul)->ArgName("digits")->Arg(1'000)->Arg(30'000);
 BENCHMARK(PuisCalcul)->ArgName("digits")->Arg(1'000)->Arg(30'000);
 BENCHMARK(Product)->ArgName("digits")->Arg(1'000)->Arg(30'000)->Arg(1'000'000);
+
+// What this machine can do at best on one core
+// ----------------------------------------------------------------
+
+// Eight chains at once, so that what counts is how many steps are finished, not how long one takes.
+template <typename Step>
+void chains(State& state, const Step& step) {
+  std::array<std::uint64_t, 8> values{1, 2, 3, 4, 5, 6, 7, 8};
+  for (auto _ : state) {
+    for (std::uint64_t& value : values) {
+      value = step(value);
+      DoNotOptimize(value);
+    }
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(values.size()) * state.iterations());
+}
+
+void Additions(State& state) {
+  chains(state, [](std::uint64_t value) { return value + 3; });
+}
+
+void Products(State& state) {
+  chains(state, [](std::uint64_t value) { return value * 0x9E3779B97F4A7C15; });
+}
+
+// Adds up so many bytes: from the first, second and third level of the cache, and from memory.
+void Reading(State& state) {
+  const std::vector<std::uint64_t> numbers(static_cast<std::size_t>(state.range(0)) / sizeof(std::uint64_t),
+                                           1);
+  for (auto _ : state) DoNotOptimize(std::accumulate(numbers.begin(), numbers.end(), std::uint64_t{0}));
+  state.SetBytesProcessed(state.range(0) * state.iterations());
+}
+
+BENCHMARK(Additions);
+BENCHMARK(Products);
+BENCHMARK(Reading)->ArgName("bytes")->Arg(16 << 10)->Arg(256 << 10)->Arg(8 << 20)->Arg(256 << 20);
 
 }  // namespace
 }  // namespace zelvion

@@ -12,7 +12,7 @@
 
 namespace zelvion::bench {
 
-/// What a program that bench/compare starts measures, and the answer that it worked out.
+/// What a program that bench/figures starts measures, and the answer that it worked out.
 struct Measure {
   /// Runs `work` again and again, for half a second in all and at least once, each time after `begin`, which
   /// is not timed.

@@ -1,6 +1,6 @@
 // Runs one work as the program does it and tells its best time, the number of runs and the peak memory:
 //   press WORK ARGUMENT... FILE
-// The answer goes to FILE afterwards. bench/compare knows the works.
+// The answer goes to FILE afterwards. bench/figures knows the works.
 
 #include <map>
 #include <optional>

@@ -1,4 +1,4 @@
-\\ The works of bench/compare in PARI/GP: WORK="name argument..." FILE=answer gp -q -f pari.gp
+\\ The works of bench/figures in PARI/GP: WORK="name argument..." FILE=answer gp -q -f pari.gp
 \\ Prints the best time in seconds, the number of runs, the peak memory in kilobytes and the part done, and writes
 \\ the answer to FILE. The powers stand in a vector under the codes of their digits, iterates in a Map, and a text
 \\ is made once for each number.

@@ -1,4 +1,4 @@
-"""The works of bench/compare with Python's own whole numbers: python.py WORK ARGUMENT... FILE
+"""The works of bench/figures with Python's own whole numbers: python.py WORK ARGUMENT... FILE
 
 Prints the best time in seconds, the number of runs, the peak memory in kilobytes and the part done, and writes the
 answer to FILE. The powers are kept in a table, digits are counted in the text of a number, and a text is made once

@@ -116,9 +116,7 @@ BENCHMARK(CompleteSearch)->ArgName("orders 1 to")->Arg(39)->Arg(60)->Unit(benchm
 
 // Arithmetic on texts ---------------------------------------------------------------------------------------
 
-std::string sevens(const State& state) {
-  return std::string(static_cast<std::size_t>(state.range(0)), '7');
-}
+std::string sevens(const State& state) { return std::string(static_cast<std::size_t>(state.range(0)), '7'); }
 
 template <typename Operation>
 void timeText(State& state, const Operation& operation) {

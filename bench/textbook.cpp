@@ -204,6 +204,4 @@ void run(Measure& measure, const std::vector<std::string>& a) {
 }  // namespace
 }  // namespace zelvion::bench
 
-int main(int argc, char** argv) {
-  return zelvion::bench::measureMain(argc, argv, zelvion::bench::run);
-}
+int main(int argc, char** argv) { return zelvion::bench::measureMain(argc, argv, zelvion::bench::run); }

@@ -9,9 +9,7 @@
 namespace zelvion::command {
 namespace {
 
-std::string quoted(std::string_view text) {
-  return "« " + text::shortened(text) + " »";
-}
+std::string quoted(std::string_view text) { return "« " + text::shortened(text) + " »"; }
 
 std::string longForm(const Option& option) {
   return "--" + std::string(option.name) + (option.value.empty() ? "" : "=" + std::string(option.value));

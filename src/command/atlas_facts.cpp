@@ -73,9 +73,7 @@ std::string percentText(double share) {
   return withComma(text.data()) + "\u00A0×\u00A010" + superscript(exponent) + std::string(kPercent);
 }
 
-std::string powerOfTenText(int exponent) {
-  return "10" + superscript(exponent);
-}
+std::string powerOfTenText(int exponent) { return "10" + superscript(exponent); }
 
 std::string decimalText(double value, int decimals) {
   std::array<char, 32> text{};

@@ -276,8 +276,6 @@ class Map {
 
 }  // namespace
 
-std::string mapPicture(const AtlasFacts& facts, bool alone) {
-  return Map(facts).draw(alone);
-}
+std::string mapPicture(const AtlasFacts& facts, bool alone) { return Map(facts).draw(alone); }
 
 }  // namespace zelvion::command

@@ -53,9 +53,7 @@ std::string paragraph(const std::string& text, const std::string& attributes = "
   return "<p" + attributes + ">" + typeset(text) + "</p>\n";
 }
 
-std::string heading(const std::string& text) {
-  return "<h2>" + typeset(text) + "</h2>\n";
-}
+std::string heading(const std::string& text) { return "<h2>" + typeset(text) + "</h2>\n"; }
 
 std::string figure(const std::string& picture, const std::string& caption) {
   return "<figure>" + picture + "<figcaption>" + typeset(caption) + "</figcaption></figure>\n";
@@ -65,9 +63,7 @@ std::string cell(const std::string& text, const std::string& attributes = "") {
   return "<td" + attributes + ">" + text + "</td>";
 }
 
-std::string numberCell(const std::string& digits) {
-  return cell(digits, " class=\"nombre\"");
-}
+std::string numberCell(const std::string& digits) { return cell(digits, " class=\"nombre\""); }
 
 std::string table(std::initializer_list<const char*> names, const std::string& rows) {
   std::string head;
@@ -76,9 +72,7 @@ std::string table(std::initializer_list<const char*> names, const std::string& r
          "</tbody></table></div>\n";
 }
 
-std::string nameOf(std::int32_t k) {
-  return "k" + std::to_string(k);
-}
+std::string nameOf(std::int32_t k) { return "k" + std::to_string(k); }
 
 std::string linkTo(std::int32_t k, const std::string& text) {
   return "<a href=\"" + nameOf(k) + ".html\">" + text + "</a>";

@@ -20,9 +20,7 @@ namespace {
 
 using std::numbers::pi;
 
-std::string number(double value) {
-  return decimalText(value);
-}
+std::string number(double value) { return decimalText(value); }
 
 std::string svgBegin(double width, double height, const std::string& title, const std::string& description,
                      const std::string& attributes = "") {

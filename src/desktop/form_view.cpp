@@ -28,9 +28,7 @@ namespace {
 
 constexpr QSize kFrame = {8, 40};  // what a window manager may put around a window
 
-int pixels(int twips) {
-  return twips / kTwipsPerPixel;
-}
+int pixels(int twips) { return twips / kTwipsPerPixel; }
 
 QString toQString(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));

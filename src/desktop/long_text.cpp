@@ -36,12 +36,8 @@ constexpr int kSmallestZoom = -4;
 constexpr int kLargestZoom = 14;  // seven times the size
 constexpr int kSmallestFont = 6;  // pixels
 
-bool isAscii(char c) {
-  return static_cast<unsigned char>(c) < 0x80;
-}
-bool continuesCharacter(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
+bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+bool continuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 struct Block {
   std::size_t size;

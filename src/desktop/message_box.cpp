@@ -48,9 +48,7 @@ LongText* addText(QVBoxLayout* layout, std::string_view text, const QString& acc
 
 }  // namespace
 
-QString windowTitleFor(QString title) {
-  return title.replace("[*]", "[*][*]");
-}
+QString windowTitleFor(QString title) { return title.replace("[*]", "[*][*]"); }
 
 MessageBox::MessageBox(std::string_view prompt, Buttons buttons, std::string title, QWidget* parent)
     : QDialog(parent), wholeTitle_(std::move(title)), buttons_(buttons) {

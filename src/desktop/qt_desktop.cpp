@@ -102,9 +102,7 @@ void QtDesktop::pushAll() {
   for (FormView* view : views_) view->push();
 }
 
-QWidget* QtDesktop::topWindow() const {
-  return views_.empty() ? nullptr : views_.back()->window();
-}
+QWidget* QtDesktop::topWindow() const { return views_.empty() ? nullptr : views_.back()->window(); }
 
 Answer QtDesktop::message(std::string_view prompt, Buttons buttons, const std::string& title) {
   pushAll();
@@ -145,17 +143,11 @@ std::string QtDesktop::pathOf(const std::string& name) {
   return QDir(QCoreApplication::applicationDirPath()).filePath(QString::fromStdString(name)).toStdString();
 }
 
-void QtDesktop::append(const std::string& name, const std::string& text) {
-  appendWhole(pathOf(name), text);
-}
+void QtDesktop::append(const std::string& name, const std::string& text) { appendWhole(pathOf(name), text); }
 
-void QtDesktop::sync(const std::string& name) {
-  syncFile(pathOf(name));
-}
+void QtDesktop::sync(const std::string& name) { syncFile(pathOf(name)); }
 
-std::string QtDesktop::read(const std::string& name) {
-  return readWhole(pathOf(name));
-}
+std::string QtDesktop::read(const std::string& name) { return readWhole(pathOf(name)); }
 
 bool QtDesktop::openPage(const std::string& address) {
   QProcess browser;

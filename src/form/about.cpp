@@ -50,21 +50,13 @@ void About::Copyright(const std::string& text) {
   lblCopyright.Caption = "Copyright © " + text;
 }
 
-void About::cmdOK_Click() {
-  desktop_.unload(*this);
-}
+void About::cmdOK_Click() { desktop_.unload(*this); }
 
-void About::Command1_Click() {
-  openPage(desktop_, kTheoryPage);
-}
+void About::Command1_Click() { openPage(desktop_, kTheoryPage); }
 
-void About::Command2_Click() {
-  openPage(desktop_, kDynamicsPage);
-}
+void About::Command2_Click() { openPage(desktop_, kDynamicsPage); }
 
-const FormTable& About::table() const {
-  return kAboutForm;
-}
+const FormTable& About::table() const { return kAboutForm; }
 
 std::string* About::text(std::string_view name) {
   if (name == "lblHeading") return &lblHeading.Caption;
@@ -73,9 +65,7 @@ std::string* About::text(std::string_view name) {
   return nullptr;
 }
 
-bool About::handles(std::string_view name) const {
-  return findHandler(kHandlers, name) != nullptr;
-}
+bool About::handles(std::string_view name) const { return findHandler(kHandlers, name) != nullptr; }
 
 void About::click(std::string_view name) {
   try {

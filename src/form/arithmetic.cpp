@@ -17,21 +17,13 @@
 namespace zelvion {
 namespace {
 
-bool isNegative(std::string_view ent) {
-  return ent.starts_with('-');
-}
+bool isNegative(std::string_view ent) { return ent.starts_with('-'); }
 
-bool isZeroOperand(std::string_view ent) {
-  return ent.empty() || ent == "0" || ent == "-0";
-}
+bool isZeroOperand(std::string_view ent) { return ent.empty() || ent == "0" || ent == "-0"; }
 
-std::uint64_t magnitude(std::int64_t value) {
-  return static_cast<std::uint64_t>(std::abs(value));
-}
+std::uint64_t magnitude(std::int64_t value) { return static_cast<std::uint64_t>(std::abs(value)); }
 
-std::string withoutNegativeZero(const std::string& result) {
-  return result == "-0" ? "0" : result;
-}
+std::string withoutNegativeZero(const std::string& result) { return result == "-0" ? "0" : result; }
 
 // The sum of two texts of digits, as wide as the longer one.
 std::string addMagnitudes(const std::string& a, const std::string& b) {
@@ -152,9 +144,7 @@ std::string Velmoire::Plusplus(const std::string& ent, const std::string& ent2) 
   return isZeroOperand(ent) ? ent2 : addMagnitudes(ent, ent2);
 }
 
-std::string Velmoire::PlusCalcul(const std::string& ent, const std::int32_t& lk) {
-  return sum(ent, lk);
-}
+std::string Velmoire::PlusCalcul(const std::string& ent, const std::int32_t& lk) { return sum(ent, lk); }
 
 std::string Velmoire::MoinsCalcul(const std::string& ent, const std::int32_t& lk) {
   if (ent.empty()) {
@@ -177,9 +167,7 @@ std::string Velmoire::DemiCalcul(std::string& ent) {
   return "-" + half;
 }
 
-std::string Velmoire::TiersCalcul(const std::string& ent) {
-  return truncatedQuotient(ent, 3);
-}
+std::string Velmoire::TiersCalcul(const std::string& ent) { return truncatedQuotient(ent, 3); }
 
 bool Velmoire::DiviCalcul(const std::string& ent, std::int32_t& idiv, std::string& sort) {
   if (isZeroOperand(ent) || ent == "-") {
@@ -212,9 +200,7 @@ bool Velmoire::Triple(const std::string& ent) {
   return Decimal::parse(ent).divideBy(3) == 0;
 }
 
-std::int32_t Velmoire::Demilong(const std::int32_t& la) {
-  return la % 2 == 0 ? la / 2 : 0;
-}
+std::int32_t Velmoire::Demilong(const std::int32_t& la) { return la % 2 == 0 ? la / 2 : 0; }
 
 void Velmoire::Choixentree(std::string& ent) {
   constexpr int kCopies = 400;

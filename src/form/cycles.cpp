@@ -24,13 +24,9 @@ std::string Velmoire::CycleSyracuse() {
   return "";
 }
 
-void Velmoire::Command3_Click() {
-  CycleSyracuse();
-}
+void Velmoire::Command3_Click() { CycleSyracuse(); }
 
-void Velmoire::Command4_Click() {
-  searchCycle({standardTitle(), 1'000'000, 10'000, "cycle.txt", true});
-}
+void Velmoire::Command4_Click() { searchCycle({standardTitle(), 1'000'000, 10'000, "cycle.txt", true}); }
 
 void Velmoire::searchCycle(const CycleSearch& search) {
   const Moment start = desktop_.now();

@@ -29,32 +29,20 @@ constexpr std::string_view kInstructions =
 
 }  // namespace
 
-void Velmoire::Principe_Click() {
-  inform(kPrinciple, standardTitle());
-}
+void Velmoire::Principe_Click() { inform(kPrinciple, standardTitle()); }
 
-void Velmoire::mnuInfo_Click() {
-  RichTextBox1.Text = kInstructions;
-}
+void Velmoire::mnuInfo_Click() { RichTextBox1.Text = kInstructions; }
 
 void Velmoire::Command14_Click() {
   inform(desktop_.now().text(), " Transformations velmoires sur les entiers");
 }
 
-void Velmoire::Command16_Click() {
-  openPage(desktop_, kTheoryPage);
-}
+void Velmoire::Command16_Click() { openPage(desktop_, kTheoryPage); }
 
-void Velmoire::Command17_Click() {
-  openPage(desktop_, kHomePage);
-}
+void Velmoire::Command17_Click() { openPage(desktop_, kHomePage); }
 
-void Velmoire::Command18_Click() {
-  openPage(desktop_, kDynamicsPage);
-}
+void Velmoire::Command18_Click() { openPage(desktop_, kDynamicsPage); }
 
-void Velmoire::mnuHtml_Click() {
-  openPage(desktop_, kInstructionsPage);
-}
+void Velmoire::mnuHtml_Click() { openPage(desktop_, kInstructionsPage); }
 
 }  // namespace zelvion

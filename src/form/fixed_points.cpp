@@ -160,52 +160,22 @@ void Velmoire::boucle1() {
   for (char digit = '0'; digit <= '9'; ++digit) test(search, std::string(1, digit));
   search.records.sync();
 }
-void Velmoire::boucle2() {
-  enumerate(2);
-}
-void Velmoire::boucle3() {
-  enumerate(3);
-}
-void Velmoire::boucle4() {
-  enumerate(4);
-}
-void Velmoire::boucle5() {
-  enumerate(5);
-}
-void Velmoire::boucle6() {
-  enumerate(6);
-}
-void Velmoire::boucle7() {
-  enumerate(7);
-}
-void Velmoire::boucle8() {
-  enumerate(8);
-}
-void Velmoire::boucle9() {
-  enumerate(9);
-}
-void Velmoire::boucle10() {
-  enumerate(10);
-}
-void Velmoire::boucle11() {
-  enumerate(11);
-}
-void Velmoire::boucle12() {
-  enumerate(12);
-}
+void Velmoire::boucle2() { enumerate(2); }
+void Velmoire::boucle3() { enumerate(3); }
+void Velmoire::boucle4() { enumerate(4); }
+void Velmoire::boucle5() { enumerate(5); }
+void Velmoire::boucle6() { enumerate(6); }
+void Velmoire::boucle7() { enumerate(7); }
+void Velmoire::boucle8() { enumerate(8); }
+void Velmoire::boucle9() { enumerate(9); }
+void Velmoire::boucle10() { enumerate(10); }
+void Velmoire::boucle11() { enumerate(11); }
+void Velmoire::boucle12() { enumerate(12); }
 
-void Velmoire::Pfixe57(const std::string& ent) {
-  testHigh(kOrder57, ent);
-}
-void Velmoire::Pfixe58(const std::string& ent) {
-  testHigh(kOrder58, ent);
-}
-void Velmoire::Pfixe59(const std::string& ent) {
-  testHigh(kOrder59, ent);
-}
-void Velmoire::Pfixe60(const std::string& ent) {
-  testHigh(kOrder60, ent);
-}
+void Velmoire::Pfixe57(const std::string& ent) { testHigh(kOrder57, ent); }
+void Velmoire::Pfixe58(const std::string& ent) { testHigh(kOrder58, ent); }
+void Velmoire::Pfixe59(const std::string& ent) { testHigh(kOrder59, ent); }
+void Velmoire::Pfixe60(const std::string& ent) { testHigh(kOrder60, ent); }
 
 void Velmoire::testHigh(const HighOrder& order, const std::string& ent) {
   DigitPower power(order.k);
@@ -222,24 +192,12 @@ void Velmoire::testHigh(const HighOrder& order, DigitPower& power, Records& reco
   RichTextBox1.Text = line;
 }
 
-void Velmoire::boucle13() {
-  enumerateHigh(13, kOrder57);
-}
-void Velmoire::boucle14() {
-  enumerateHigh(14, kOrder57);
-}
-void Velmoire::boucle15() {
-  enumerateHigh(15, kOrder57);
-}
-void Velmoire::boucle16() {
-  enumerateHigh(16, kOrder57);
-}
-void Velmoire::boucle9K59() {
-  enumerateHigh(9, kOrder59);
-}
-void Velmoire::boucle5k60() {
-  enumerateHigh(5, kOrder60);
-}
+void Velmoire::boucle13() { enumerateHigh(13, kOrder57); }
+void Velmoire::boucle14() { enumerateHigh(14, kOrder57); }
+void Velmoire::boucle15() { enumerateHigh(15, kOrder57); }
+void Velmoire::boucle16() { enumerateHigh(16, kOrder57); }
+void Velmoire::boucle9K59() { enumerateHigh(9, kOrder59); }
+void Velmoire::boucle5k60() { enumerateHigh(5, kOrder60); }
 
 void Velmoire::boucle13K58() {
   const std::int32_t j = enumerateHigh(13, kOrder58);

@@ -50,13 +50,9 @@ void Velmoire::Command6_Click() {
   }
 }
 
-void Velmoire::Command2_Click() {
-  itinerary(100, "ITINERAIRE (ordre 100) du point  ");
-}
+void Velmoire::Command2_Click() { itinerary(100, "ITINERAIRE (ordre 100) du point  "); }
 
-void Velmoire::Command7_Click() {
-  itinerary(50, "ITINERAIRE (ordre 50) du point  ");
-}
+void Velmoire::Command7_Click() { itinerary(50, "ITINERAIRE (ordre 50) du point  "); }
 
 void Velmoire::itinerary(int limit, const std::string& heading) {
   static const std::string kFixed = " est un point fixe (ce qui rend inutile la poursuite de l'itération)";

@@ -39,13 +39,9 @@ std::int16_t Velmoire::NbchifK(const std::string& ent, const std::string& stN) {
   return count;
 }
 
-std::string Velmoire::Nbchif(const std::string& ent) {
-  return counts(ent, '0');
-}
+std::string Velmoire::Nbchif(const std::string& ent) { return counts(ent, '0'); }
 
-std::string Velmoire::Sil(const std::string& ent) {
-  return counts(ent, '1');
-}
+std::string Velmoire::Sil(const std::string& ent) { return counts(ent, '1'); }
 
 bool Velmoire::Test40et7x9(const std::string& ent) {
   return text::length(ent) == 40 && NbchifK(ent, "9") >= 7;

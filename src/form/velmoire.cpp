@@ -32,9 +32,7 @@ constexpr std::array<Handler<V>, 23> kHandlers = {{
 
 }  // namespace
 
-Velmoire::Velmoire(Desktop& desktop) : Caption(kMainForm.caption), desktop_(desktop) {
-  Form_Load();
-}
+Velmoire::Velmoire(Desktop& desktop) : Caption(kMainForm.caption), desktop_(desktop) { Form_Load(); }
 
 void Velmoire::Form_Load() {
   ordrek.Text = "3";
@@ -42,15 +40,11 @@ void Velmoire::Form_Load() {
   entier.Text = "789";
 }
 
-void Velmoire::Quitter_Click() {
-  desktop_.unload(*this);
-}
+void Velmoire::Quitter_Click() { desktop_.unload(*this); }
 
 void Velmoire::ordrek_Change() {}
 
-void Velmoire::Command1_Click() {
-  RichTextBox1.Text.clear();
-}
+void Velmoire::Command1_Click() { RichTextBox1.Text.clear(); }
 
 void Velmoire::mnuApropos_Click() {
   About about(desktop_);
@@ -60,9 +54,7 @@ void Velmoire::mnuApropos_Click() {
   about.Display();
 }
 
-const FormTable& Velmoire::table() const {
-  return kMainForm;
-}
+const FormTable& Velmoire::table() const { return kMainForm; }
 
 std::string* Velmoire::text(std::string_view name) {
   if (name == "entier") return &entier.Text;
@@ -72,9 +64,7 @@ std::string* Velmoire::text(std::string_view name) {
   return nullptr;
 }
 
-bool Velmoire::handles(std::string_view name) const {
-  return findHandler(kHandlers, name) != nullptr;
-}
+bool Velmoire::handles(std::string_view name) const { return findHandler(kHandlers, name) != nullptr; }
 
 void Velmoire::click(std::string_view name) {
   const auto title = [this] { return standardTitle(); };
@@ -106,9 +96,7 @@ void Velmoire::change(std::string_view name) {
   if (name == "ordrek") ordrek_Change();
 }
 
-std::string Velmoire::standardTitle() const {
-  return Caption + " Puissance k= " + ordrek.Text;
-}
+std::string Velmoire::standardTitle() const { return Caption + " Puissance k= " + ordrek.Text; }
 
 void Velmoire::inform(std::string_view prompt, const std::string& title) {
   desktop_.message(prompt, Buttons::Ok, title);

@@ -11,9 +11,7 @@
 namespace zelvion::testing {
 namespace {
 
-QImage pictureOf(QWidget& widget) {
-  return widget.grab().toImage();
-}
+QImage pictureOf(QWidget& widget) { return widget.grab().toImage(); }
 
 /// Whether all of a picture within its frame has one colour.
 bool isFlat(const QImage& picture, const QColor& colour) {

@@ -52,9 +52,7 @@ int errorOf(pid_t child) {
 }
 
 /// A record of 6 kB that shows where it is torn or mixed with another.
-std::string recordOf(char letter) {
-  return "<" + std::string(6'000, letter) + ">\r\n";
-}
+std::string recordOf(char letter) { return "<" + std::string(6'000, letter) + ">\r\n"; }
 
 class Files : public ::testing::Test {
  protected:

@@ -30,18 +30,10 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
   if (place == nullptr) throw std::bad_alloc();
   return place;
 }
-void operator delete(void* place) noexcept {
-  std::free(place);
-}
-void operator delete(void* place, std::size_t) noexcept {
-  std::free(place);
-}
-void operator delete(void* place, std::align_val_t) noexcept {
-  std::free(place);
-}
-void operator delete(void* place, std::size_t, std::align_val_t) noexcept {
-  std::free(place);
-}
+void operator delete(void* place) noexcept { std::free(place); }
+void operator delete(void* place, std::size_t) noexcept { std::free(place); }
+void operator delete(void* place, std::align_val_t) noexcept { std::free(place); }
+void operator delete(void* place, std::size_t, std::align_val_t) noexcept { std::free(place); }
 
 namespace zelvion {
 namespace {

@@ -73,21 +73,13 @@ constexpr double kLimb = 1e8;
 constexpr double kHalf = 1e4;  // a coefficient has half the digits of a limb
 constexpr std::int32_t kBase = 100'000'000;
 
-inline Complex operator+(const Complex& a, const Complex& b) {
-  return {a.re + b.re, a.im + b.im};
-}
-inline Complex operator-(const Complex& a, const Complex& b) {
-  return {a.re - b.re, a.im - b.im};
-}
+inline Complex operator+(const Complex& a, const Complex& b) { return {a.re + b.re, a.im + b.im}; }
+inline Complex operator-(const Complex& a, const Complex& b) { return {a.re - b.re, a.im - b.im}; }
 inline Complex operator*(const Complex& a, const Complex& b) {
   return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
 }
-inline Complex conjugate(const Complex& a) {
-  return {a.re, -a.im};
-}
-inline Complex timesI(const Complex& a) {
-  return {-a.im, a.re};
-}
+inline Complex conjugate(const Complex& a) { return {a.re, -a.im}; }
+inline Complex timesI(const Complex& a) { return {-a.im, a.re}; }
 
 // The whole number next to each lane, which is below 2^51: the sum has no bits left for the rest.
 inline Vector rounded(const Vector& v) {

@@ -15,9 +15,7 @@ void multiply(const fourier::Roots& roots, const fourier::Task& task) noexcept {
 
 #else
 
-bool isSupported() noexcept {
-  return false;
-}
+bool isSupported() noexcept { return false; }
 void multiply(const fourier::Roots&, const fourier::Task&) noexcept {}
 
 #endif

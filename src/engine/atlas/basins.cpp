@@ -549,9 +549,7 @@ std::optional<Basins> count(std::int32_t k, int digits, unsigned threads, Progre
 
 }  // namespace
 
-const Basin& Basins::deepest() const {
-  return *std::min_element(basins.begin(), basins.end(), isDeeper);
-}
+const Basin& Basins::deepest() const { return *std::min_element(basins.begin(), basins.end(), isDeeper); }
 
 std::vector<Decimal> Basins::tails() const {
   std::vector<Decimal> sums;

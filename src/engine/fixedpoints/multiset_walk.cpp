@@ -56,9 +56,7 @@ int tailLengthFor(int digits) {
 
 }  // namespace
 
-std::int32_t MultisetWalk::count(int digits) {
-  return static_cast<std::int32_t>(tailsUpTo(9, digits));
-}
+std::int32_t MultisetWalk::count(int digits) { return static_cast<std::int32_t>(tailsUpTo(9, digits)); }
 
 MultisetWalk::MultisetWalk(DigitPower& power, std::size_t nines) : nines_(nines) {
   // Under a power below 1 the first image is empty and the second one "0". An image of n digits has an image

@@ -10,9 +10,7 @@ namespace {
 
 using Vector = __m256i;
 
-Vector load(const std::uint16_t* from) {
-  return _mm256_loadu_si256(reinterpret_cast<const Vector*>(from));
-}
+Vector load(const std::uint16_t* from) { return _mm256_loadu_si256(reinterpret_cast<const Vector*>(from)); }
 
 /// Adds up the weights of digits that stand in bytes, two for each lane.
 class WeightSum {
@@ -48,9 +46,7 @@ std::uint32_t bitsOf(Vector lanes) {
 
 }  // namespace
 
-bool isSupported() noexcept {
-  return __builtin_cpu_supports("avx2") != 0;
-}
+bool isSupported() noexcept { return __builtin_cpu_supports("avx2") != 0; }
 
 std::size_t sift(const Tails& tails, const std::uint16_t* front, const DigitWeights& weights,
                  std::uint16_t offset, std::uint16_t width, std::uint16_t* places) noexcept {
@@ -88,9 +84,7 @@ std::size_t sift(const Tails& tails, const std::uint16_t* front, const DigitWeig
 
 namespace zelvion::vector_sieve {
 
-bool isSupported() noexcept {
-  return false;
-}
+bool isSupported() noexcept { return false; }
 std::size_t sift(const Tails&, const std::uint16_t*, const DigitWeights&, std::uint16_t, std::uint16_t,
                  std::uint16_t*) noexcept {
   return 0;

@@ -12,9 +12,7 @@
 namespace zelvion::text {
 namespace {
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // The text without the blanks around it, those that do not break included.
 std::string_view trimmed(std::string_view text) {

@@ -10,9 +10,7 @@ namespace {
 
 constexpr std::size_t kShortLength = 40;
 
-bool isContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
+bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
 // The size of the valid sequence at the front of `text`, 0 if there is none.
 std::size_t validSequence(std::string_view text) {
@@ -108,9 +106,7 @@ std::string shortened(std::string_view text) {
   return line;
 }
 
-std::string quoted(std::string_view text) {
-  return "« " + shortened(text) + " »";
-}
+std::string quoted(std::string_view text) { return "« " + shortened(text) + " »"; }
 
 std::string fromBytes(std::string_view bytes) {
   static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";

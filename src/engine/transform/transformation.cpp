@@ -137,9 +137,7 @@ bool Transformation::inVectors(const Silhouette& silhouette) const {
   return !vectorRows_.empty() && totalOf(silhouette) <= vector_image::kMaxCount;
 }
 
-std::size_t Transformation::vectors() const {
-  return vectorRows_.size() / vector_image::kPairs;
-}
+std::size_t Transformation::vectors() const { return vectorRows_.size() / vector_image::kPairs; }
 
 Silhouette Transformation::apply(const Silhouette& silhouette, Decimal& image) {
   const auto& counts = silhouette.counts;

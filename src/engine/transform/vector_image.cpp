@@ -192,9 +192,7 @@ class DigitCounter {
     return _mm256_sad_epu8(_mm256_and_si256(bytes, _mm256_set1_epi8(15)), _mm256_setzero_si256());
   }
 
-  static Vector bothHalves(Vector v) {
-    return _mm256_add_epi64(v, _mm256_permute2x128_si256(v, v, 0x01));
-  }
+  static Vector bothHalves(Vector v) { return _mm256_add_epi64(v, _mm256_permute2x128_si256(v, v, 0x01)); }
 
   // Four counts of 16 bits, in four lanes that are still to be added up.
   Vector fours(std::size_t p) const {
@@ -331,12 +329,8 @@ char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packe
 
 namespace zelvion::vector_image {
 
-bool isSupported() noexcept {
-  return false;
-}
-bool apply(const RowPair*, std::size_t, std::uint32_t*, std::uint32_t*) noexcept {
-  return false;
-}
+bool isSupported() noexcept { return false; }
+bool apply(const RowPair*, std::size_t, std::uint32_t*, std::uint32_t*) noexcept { return false; }
 std::size_t iterate(const RowPair*, std::size_t, std::uint32_t*, std::uint64_t*, std::size_t) noexcept {
   return 0;
 }

@@ -8,9 +8,7 @@
 
 namespace zelvion::testing {
 
-inline mpz_class valueIn(const std::string& text) {
-  return mpz_class(text.empty() ? "0" : text, 10);
-}
+inline mpz_class valueIn(const std::string& text) { return mpz_class(text.empty() ? "0" : text, 10); }
 
 /// The magnitude with zeros in front up to `width` digits; zero of width 0 is the empty text.
 inline std::string padded(const mpz_class& value, std::size_t width) {

@@ -3,15 +3,22 @@
 #include <QFontDatabase>
 
 namespace zelvion {
+namespace {
+
+/// The family of all fonts, or none where the system's own has to do. To ask for one takes a millisecond.
+QString family() {
+  for (const char* family : {"MS Sans Serif", "Liberation Sans"}) {
+    if (QFontDatabase::hasFamily(family)) return family;
+  }
+  return {};
+}
+
+}  // namespace
 
 QFont screenFont(const Font& font) {
+  static const QString kFamily = family();
   QFont result;
-  for (const char* family : {"MS Sans Serif", "Liberation Sans"}) {
-    if (QFontDatabase::hasFamily(family)) {
-      result.setFamily(family);
-      break;
-    }
-  }
+  if (!kFamily.isEmpty()) result.setFamily(kFamily);
   result.setPixelSize(qRound(font.quarterPoints / 3.0));
   result.setBold(font.bold);
   result.setItalic(font.italic);

@@ -27,7 +27,7 @@ class Input : public std::streambuf {
   }
 
  private:
-  std::array<char, 1 << 16> buffer_;
+  std::array<char, 1 << 16> buffer_{};
 };
 
 }  // namespace

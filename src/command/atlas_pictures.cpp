@@ -57,7 +57,7 @@ double roundAbove(double value) {
 
 /// The frame of a chart, drawn by its own units.
 struct Chart {
-  double width, height;
+  double width = 0, height = 0;
   double left = 88, right = 12, top = 12, bottom = 52;
   double mostX = 1, mostY = 1;
 
@@ -67,10 +67,10 @@ struct Chart {
   /// Lines at round values, up to the one that no value passes; sets mostY to that.
   std::string axisY(double greatest, const std::function<std::string(double)>& text) {
     const double step = roundAbove(greatest / 5);
-    const double lines = std::ceil(greatest / step - 1e-9);
+    const int lines = static_cast<int>(std::ceil(greatest / step - 1e-9));
     mostY = lines * step;
     std::string svg;
-    for (double i = 0; i <= lines; ++i) {
+    for (int i = 0; i <= lines; ++i) {
       svg += line(left, y(i * step), width - right, y(i * step)) +
              label(left - 6, y(i * step) + 4, text(i * step), "end");
     }
@@ -79,7 +79,8 @@ struct Chart {
   std::string axisX(const std::string& title) const {
     std::string svg;
     const double step = std::max(1.0, roundAbove(mostX / 8));
-    for (double value = 0; value <= mostX; value += step) {
+    for (int i = 0; i * step <= mostX; ++i) {
+      const double value = i * step;
       svg += label(x(value), height - bottom + 18, groupedDigits(decimalText(value, 0)));
     }
     return svg + label((left + width - right) / 2, height - 6, typeset(title));

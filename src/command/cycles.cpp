@@ -44,6 +44,7 @@ void writeTable(Output& output, const std::vector<std::vector<std::string>>& row
 
 std::vector<std::string> textsOf(const std::vector<Decimal>& numbers) {
   std::vector<std::string> texts;
+  texts.reserve(numbers.size());
   for (const Decimal& number : numbers) texts.push_back(number.text());
   return texts;
 }

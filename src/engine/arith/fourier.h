@@ -92,13 +92,12 @@ struct Factors {
 };
 
 inline Factors factorsOf(const Roots& roots, std::size_t depth, std::size_t block) {
-  Factors factors;
-  for (int i = 0; i < 3; ++i) {
+  const auto factor = [&](std::size_t i) {
     const Root& root = roots.blocks[block][i];
     const Vector zero{};
-    factors.of[i] = roots.depths[depth][i] * Complex{zero + root.re, zero + root.im};
-  }
-  return factors;
+    return roots.depths[depth][i] * Complex{zero + root.re, zero + root.im};
+  };
+  return {{factor(0), factor(1), factor(2)}};
 }
 
 // A polynomial modulo x^(4q) - w^4 becomes four modulo x^q - w, x^q + w, x^q - iw and x^q + iw.

@@ -14,7 +14,9 @@ import tempfile
 from pathlib import Path
 
 BENCH = Path(__file__).resolve().parent
-PEERS = ["PARI/GP", "Python", "textbook"]
+NUMBERS = ["PARI/GP", "Python"]
+IN_ALL = [*NUMBERS, "textbook"]
+PEERS = [*IN_ALL, "Qt"]
 SAVED = BENCH / "results.json"
 BEHIND = 0.8  # of the ratio that was saved
 LONGEST = 600  # seconds
@@ -24,7 +26,6 @@ ENUMERATORS = {
     "boucle13": (57, 41, 13), "boucle14": (57, 41, 14), "boucle15": (57, 41, 15), "boucle16": (57, 41, 16),
     "boucle13K58": (58, 46, 13), "boucle9K59": (59, 51, 9), "boucle5k60": (60, 56, 5),
 }  # fmt: skip
-
 
 
 def thousands(number):
@@ -43,12 +44,19 @@ def enumerated(v):
 class Kind:
     """A kind of work: the form of its arguments, separated by colons, and what it is called in the table. `peers` tells
     which programs do it in reasonable time, for given arguments; `missing` is what arguments left off are; `asked` is
-    what the programs are asked for, where that is not the kind's own name and its arguments. A kind without a title has
-    no row in the table."""
+    what the programs are asked for, where that is not the kind's own name and its arguments; `ours` is the program that
+    does it with our code. A kind without a title has no row in the table."""
 
-    def __init__(self, form, title=None, default=(), quick=(), peers=lambda v: PEERS, missing=(), asked=None):
+    def __init__(
+        self, form, title=None, default=(), quick=(), peers=lambda v: IN_ALL, missing=(), asked=None, ours="press"
+    ):
         self.form, self.title, self.default, self.quick = form, title, default, quick
-        self.peers, self.missing, self.asked = peers, missing, asked
+        self.peers, self.missing, self.asked, self.ours = peers, missing, asked, ours
+
+
+def up_to(greatest):
+    """The peers that know numbers, for powers up to this one: what they do takes minutes beyond."""
+    return lambda v: NUMBERS if int(v[0]) <= greatest else []
 
 
 CYCLES = ["24:789", "60:789", "100:789", "148:789"]
@@ -68,11 +76,11 @@ KINDS = {
     "later": Kind(
         "K:P:COUNT", lambda v: f"{images(v)}, k = {thousands(v[0])}, p = {v[1]}",
         ["34000:789:100", "1000000:789:1"], ["34000:789:20"],
-        peers=lambda v: PEERS if int(v[0]) <= 40_000 else ["PARI/GP", "Python"], missing=["789", "1"],
+        peers=lambda v: IN_ALL if int(v[0]) <= 40_000 else NUMBERS, missing=["789", "1"],
     ),
     "first": Kind(
         "K:P", lambda v: f"the powers and the first image, k = {thousands(v[0])}, p = {v[1]}",
-        ["100000:789", "1000000:789"], peers=lambda v: ["PARI/GP", "Python"], missing=["789"],
+        ["100000:789", "1000000:789"], peers=lambda v: NUMBERS, missing=["789"],
     ),
     "cascade": Kind("K", lambda v: f"cascade, k = {v[0]}", ["3", "11", "20", "58"], ["3", "11"]),
     "grouped": Kind(
@@ -85,7 +93,34 @@ KINDS = {
     ),
     "complete": Kind(
         "FROM:TO", lambda v: f"complete search, orders {v[0]} to {v[1]}", ["1:8", "1:39", "1:60"], ["1:8", "1:39"],
-        peers=lambda v: ["PARI/GP", "Python"] if int(v[1]) <= 10 else [],
+        peers=lambda v: NUMBERS if int(v[1]) <= 10 else [],
+    ),
+    "points": Kind(
+        "K", lambda v: f"velmoire points-fixes -k {v[0]}", ["10", "20", "40", "61"], ["10", "40"], up_to(12),
+    ),
+    "cycles": Kind("K", lambda v: f"velmoire cycles -k {v[0]}", ["10", "20", "30", "40"], ["10", "20"], up_to(12)),
+    "basins": Kind(
+        "K", lambda v: f"velmoire cycles -k {v[0]} --bassins", ["10", "20", "25"], ["10"],
+        peers=lambda v: ["Python"] if int(v[0]) <= 10 else [],
+    ),
+    "starts": Kind(
+        "K:COUNT", lambda v: f"velmoire cycle -k {v[0]} 1..{v[1]}", ["5:1000000"], ["5:100000"],
+        peers=lambda v: NUMBERS, missing=["1000000"],
+    ),
+    "lines": Kind(
+        "K:COUNT", lambda v: f"velmoire image -k {v[0]}, {thousands(v[1])} lines", ["3:1000000"], ["3:100000"],
+        peers=lambda v: NUMBERS, missing=["1000000"],
+    ),
+    "start": Kind(
+        "WHAT", lambda v: "start, until the window is drawn", ["window"], ["window"],
+        peers=lambda v: ["Qt"], ours="window",
+    ),
+    "paste": Kind(
+        "LENGTH", lambda v: f"{thousands(v[0])} digits pasted into p", ["5000000"], ["1000000"],
+        peers=lambda v: ["Qt"], ours="window",
+    ),
+    "refuse": Kind(
+        "LENGTH", lambda v: f"p of {thousands(v[0])} digits refused", ["5000000"], peers=lambda v: [], ours="window",
     ),
     "steps": Kind("K:P:STEPS", None, STEPS, STEPS[:3], missing=["789", "1000"]),
 }  # fmt: skip
@@ -137,9 +172,12 @@ def run_once(build, program, work, directory):
     elif program == "Python":
         arguments[0] = work.name
         command = [sys.executable, BENCH / "peers/python.py", *arguments, answer]
+    elif program == "textbook":
+        command = [build / "textbook", *arguments, answer]
+    elif work.kind.ours == "window":
+        command = [build / "window", arguments[0], program, *arguments[1:], answer]
     else:
-        binary = {"zelvion": "press", "textbook": "textbook"}[program]
-        command = [build / binary, *arguments, answer]
+        command = [build / "press", *arguments, answer]
     done = subprocess.run(
         command, env=environment, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=LONGEST
     )
@@ -177,7 +215,7 @@ def cell(result, ours):
 
 
 def table_of(build, works, directory, tell):
-    rows = ["| Work | zelvion | PARI/GP | Python | textbook | peak memory in MB, each |", "|---|---|---|---|---|---|"]
+    rows = [f"| Work | zelvion | {' | '.join(PEERS)} | peak memory in MB, each |", "|---" * (len(PEERS) + 3) + "|"]
     figures = {}
     agree = True
     for work in works:

@@ -4,10 +4,12 @@
 
 #include <map>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "command/run.h"
 #include "engine/cycles/cycle_finder.h"
 #include "engine/fixedpoints/complete_search.h"
 #include "engine/transform/transformation.h"
@@ -83,6 +85,28 @@ void complete(Measure& measure, int first, int last) {
   for (const Decimal& number : numbers) measure.answer += number.text() + "\n";
 }
 
+// A call of the command line, on one thread; the answer is its output.
+void call(Measure& measure, const Arguments& words, const std::string& input = {}) {
+  std::ostringstream out;
+  const auto work = [&] {
+    std::istringstream in(input);
+    out.str({});
+    std::ostringstream errors;
+    Progress progress;
+    command::Environment environment{in, out, errors, false, 1, progress};
+    if (command::run(words, environment) != 0) throw std::runtime_error(errors.str());
+  };
+  measure.run([] {}, work);
+  measure.answer = out.str();
+}
+
+// `count` lines, each a number.
+std::string lines(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += std::to_string(1'000'000 + 7 * i) + "\n";
+  return text;
+}
+
 void run(Measure& measure, const Arguments& a) {
   const std::string& work = a.at(0);
   if (work == "cycle") return press(measure, "Command4", a.at(1), a.at(2));
@@ -93,6 +117,12 @@ void run(Measure& measure, const Arguments& a) {
   if (work == "later") return images(measure, a.at(1), a.at(2), std::stoi(a.at(3)), true);
   if (work == "steps") return steps(measure, a.at(1), a.at(2), std::stoi(a.at(3)));
   if (work == "complete") return complete(measure, std::stoi(a.at(1)), std::stoi(a.at(2)));
+  if (work == "lines")
+    return call(measure, {"image", "--csv", "-k", a.at(1), "-"}, lines(std::stoi(a.at(2))));
+  if (work == "starts") return call(measure, {"cycle", "--csv", "-k", a.at(1), "1.." + a.at(2)});
+  if (work == "points") return call(measure, {"points-fixes", "--csv", "-k", a.at(1)});
+  if (work == "cycles") return call(measure, {"cycles", "--csv", "-k", a.at(1)});
+  if (work == "basins") return call(measure, {"cycles", "--csv", "-k", a.at(1), "--bassins"});
   throw std::invalid_argument("unknown work: " + work);
 }
 

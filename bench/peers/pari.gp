@@ -115,6 +115,69 @@ complete(a, b) =
   strjoin(Vec(numbers));
 }
 
+\\ The image of a number, its digits looked at one by one.
+following(x) = vecsum(vecextract(table, Vecsmall(Str(x))));
+
+lines(k, count) =
+{
+  my(rows = vector(eval(count) + 1));
+  table = powertable(eval(k));
+  rows[1] = "k,nombre,image\n";
+  for(i = 1, #rows - 1,
+    rows[i + 1] = Str(k, ",", inputlines[i], ",", vecsum(vecextract(table, Vecsmall(inputlines[i]))), "\n"));
+  strjoin(rows);
+}
+
+\\ Where numbers end, kept for each number that was met: the pair of its tail and the number of its cycle.
+fate(x) =
+{
+  my(path = List(), places = Map(), known, tail, i);
+  while(!mapisdefined(fates, x, &known) && !mapisdefined(places, x, &i),
+    listput(path, x); mapput(places, x, #path); x = following(x));
+  if(known,
+    i = #path + 1,
+    listput(rounds, Vec(path)[i .. #path]);
+    known = [0, #rounds];
+    for(j = i, #path, mapput(fates, path[j], known)));
+  tail = known[1];
+  forstep(j = i - 1, 1, -1, tail++; mapput(fates, path[j], [tail, known[2]]));
+  [tail, known[2]];
+}
+
+starts(k, count) =
+{
+  my(n = eval(count), rows = vector(n + 1), f, c);
+  table = powertable(eval(k)); fates = Map(); rounds = List();
+  rows[1] = "k,nombre,pas,ordre,plus_petit,plus_grand\n";
+  for(x = 1, n,
+    f = fate(x); c = rounds[f[2]];
+    rows[x + 1] = Str(k, ",", x, ",", f[1], ",", #c, ",", vecmin(c), ",", vecmax(c), "\n"));
+  strjoin(rows);
+}
+
+\\ The digits of the range into which all iterates fall.
+width(K) = my(d = 1); while(d * 9^K >= 10^d, d++); d;
+
+points(k) =
+{
+  my(fixed = List(), t);
+  table = powertable(eval(k));
+  forvec(x = vector(width(eval(k)), i, [48, 57]),
+    t = vecsum(vecextract(table, x));
+    if(t == following(t), listput(fixed, t)), 1);
+  strjoin(concat(["k,chiffres,point_fixe\n"], [Str(k, ",", #Str(t), ",", t, "\n") | t <- Set(fixed)]));
+}
+
+cycles(k) =
+{
+  my(sorted);
+  table = powertable(eval(k)); fates = Map(); rounds = List();
+  forvec(x = vector(width(eval(k)), i, [48, 57]), fate(vecsum(vecextract(table, x))), 1);
+  sorted = vecsort([[#c, vecmin(c), vecmax(c)] | c <- rounds]);
+  strjoin(concat(["k,cycle,ordre,plus_petit,plus_grand\n"], vector(#sorted, i,
+    Str(k, ",", i, ",", sorted[i][1], ",", sorted[i][2], ",", sorted[i][3], "\n"))));
+}
+
 run(w) =
 {
   if(w[1] == "cycle", cycle(w[2], w[3]),
@@ -125,6 +188,10 @@ run(w) =
      w[1] == "cascade", cascade(w[2]),
      w[1] == "enumerator", enumerator(w[2], w[3], w[4], w[5]),
      w[1] == "complete", complete(w[2], w[3]),
+     w[1] == "points", points(w[2]),
+     w[1] == "cycles", cycles(w[2]),
+     w[1] == "starts", starts(w[2], w[3]),
+     w[1] == "lines", lines(w[2], w[3]),
      error("unknown work: ", w[1]));
 }
 
@@ -149,6 +216,7 @@ measure(w) =
   if(work[1] == "later",
     laterpowers = powertable(eval(work[2]));
     laterstart = Str(image(work[3], laterpowers)));
+  if(work[1] == "lines", inputlines = vector(eval(work[3]), i, Str(1000000 + 7 * (i - 1))));
   result = measure(work);
   system(Str("rm -r ", directory));
   memory = strsplit(externstr("grep VmHWM /proc/$PPID/status | tr -dc 0-9")[1], " ")[1];

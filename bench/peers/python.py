@@ -9,7 +9,8 @@ import os
 import sys
 import tempfile
 import time
-from itertools import combinations_with_replacement
+from itertools import combinations_with_replacement, permutations
+from math import factorial
 from operator import mul
 
 if hasattr(sys, "set_int_max_str_digits"):
@@ -177,6 +178,147 @@ def complete(first_order, last_order):
     return "".join(f"{number}\n" for number in numbers)
 
 
+def lines(k, count):
+    power = dict(zip("0" + DIGITS, [0] + powers(int(k)))).__getitem__
+    # The text of the input is ready.
+    text = "".join(f"{1_000_000 + 7 * i}\n" for i in range(int(count)))
+
+    def work():
+        rows = ["k,nombre,image\n"]
+        rows += [f"{k},{line},{sum(map(power, line))}\n" for line in text.splitlines()]
+        return "".join(rows)
+
+    return work
+
+
+class Fates:
+    """Where numbers end under a power, kept for each number that was met: its tail and the number of its cycle."""
+
+    def __init__(self, k):
+        self.power = dict(zip("0" + DIGITS, [0] + powers(int(k)))).__getitem__
+        self.cycles = []
+        self.known = {}
+
+    def image(self, number):
+        return sum(map(self.power, str(number)))
+
+    def of(self, number):
+        path = []
+        places = {}
+        while number not in self.known and number not in places:
+            places[number] = len(path)
+            path.append(number)
+            number = self.image(number)
+        if number in self.known:
+            tail, cycle = self.known[number]
+        else:
+            tail, cycle = 0, len(self.cycles)
+            self.cycles.append(path[places[number] :])
+            for point in self.cycles[-1]:
+                self.known[point] = (0, cycle)
+            path = path[: places[number]]
+        for place in reversed(path):
+            tail += 1
+            self.known[place] = (tail, cycle)
+        return tail, cycle
+
+    def sorted(self):
+        """The numbers of the cycles, the short ones first."""
+        return sorted(range(len(self.cycles)), key=lambda i: (len(self.cycles[i]), min(self.cycles[i])))
+
+
+def starts(k, count):
+    fates = Fates(k)
+    known = fates.known
+    ends = []
+    rows = ["k,nombre,pas,ordre,plus_petit,plus_grand\n"]
+    for number in range(1, int(count) + 1):
+        tail, cycle = known[number] if number in known else fates.of(number)
+        if cycle >= len(ends):
+            ends += [f"{len(c)},{min(c)},{max(c)}\n" for c in fates.cycles[len(ends) :]]
+        rows.append(f"{k},{number},{tail},{ends[cycle]}")
+    return "".join(rows)
+
+
+def width_of(k):
+    """The digits of the range into which all iterates fall."""
+    digits = 1
+    while digits * 9 ** int(k) >= 10**digits:
+        digits += 1
+    return digits
+
+
+def multisets(width):
+    """All texts of so many digits, rising."""
+    return map("".join, combinations_with_replacement("0" + DIGITS, width))
+
+
+def points(k):
+    table = [0] + powers(int(k))
+    power = dict(zip("0" + DIGITS, table)).__getitem__
+    sums = map(sum, combinations_with_replacement(table, width_of(k)))
+    fixed = sorted({s for s in sums if s == sum(map(power, str(s)))})
+    return "k,chiffres,point_fixe\n" + "".join(f"{k},{len(str(s))},{s}\n" for s in fixed)
+
+
+def cycles(k):
+    fates = Fates(k)
+    for multiset in multisets(width_of(k)):
+        fates.of(sum(map(fates.power, multiset)))
+    rows = ["k,cycle,ordre,plus_petit,plus_grand\n"]
+    for place, i in enumerate(fates.sorted()):
+        points = fates.cycles[i]
+        rows.append(f"{k},{place + 1},{len(points)},{min(points)},{max(points)}\n")
+    return "".join(rows)
+
+
+def basins(k):
+    """Each multiset stands for its arrangements: for those below a power of ten its zeros are in front."""
+    fates = Fates(k)
+    width = width_of(k)
+    below = []
+    tails = []
+    farthest = []
+    by_digits = {}
+    for multiset in multisets(width):
+        tail, cycle = fates.of(sum(map(fates.power, multiset)))
+        while cycle >= len(below):
+            below.append([0] * (width + 1))
+            tails.append([len(fates.cycles[len(tails)])])
+            farthest.append((-1, 0))
+            for point in fates.cycles[len(tails) - 1]:
+                by_digits.setdefault("".join(sorted(str(point).zfill(width))), []).append(point)
+        zeros = multiset.count("0")
+        weight = 1
+        for digit in DIGITS:
+            weight *= factorial(multiset.count(digit))
+        for length in range(width - zeros, width + 1):
+            below[cycle][length] += factorial(length) // factorial(zeros - width + length) // weight
+        count = factorial(width) // factorial(zeros) // weight
+        tail += 1
+        number = int(multiset)
+        if tail == 1:
+            points = by_digits.get(multiset, [])
+            count -= len(points)
+            if count == 0:
+                continue
+            if number in points:
+                number = min(n for n in map(int, map("".join, permutations(multiset))) if n not in points)
+        while tail >= len(tails[cycle]):
+            tails[cycle].append(0)
+        tails[cycle][tail] += count
+        farthest[cycle] = max(farthest[cycle], (tail, -number))
+    rows = ["k,cycle,ordre,plus_petit,plus_grand,chiffres,nombres,pas_max,depuis,sous,pas\n"]
+    for place, i in enumerate(fates.sorted()):
+        points = fates.cycles[i]
+        tail, least = farthest[i] if len(tails[i]) > 1 else (0, -min(points))
+        rows.append(
+            f"{k},{place + 1},{len(points)},{min(points)},{max(points)},{width},{below[i][width]},{tail},{-least},"
+            f"{' '.join(map(str, below[i]))},{' '.join(map(str, tails[i]))}\n"
+        )
+    return "".join(rows)
+
+
 def peak_kilobytes():
     with open("/proc/self/status", encoding="ascii") as status:
         return next(line.split()[1] for line in status if line.startswith("VmHWM:"))
@@ -204,8 +346,8 @@ def main(work, *arguments):
     file = os.path.abspath(file)
     with tempfile.TemporaryDirectory() as directory:
         os.chdir(directory)
-        if work == "later":
-            best, runs, answer = measure(later(*arguments), ())
+        if work in ("later", "lines"):
+            best, runs, answer = measure(globals()[work](*arguments), ())
         else:
             best, runs, answer = measure(globals()[work], arguments)
         print(f"{best:.9f} {runs} {peak_kilobytes()} all")

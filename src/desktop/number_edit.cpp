@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QTextOption>
 
 namespace zelvion {
 namespace {
@@ -18,6 +19,10 @@ NumberEdit::NumberEdit(QWidget* parent) : QPlainTextEdit(parent) {
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setTabChangesFocus(true);
+  // Told the direction, the toolkit does not look for it in the text, again and again.
+  QTextOption option = document()->defaultTextOption();
+  option.setTextDirection(Qt::LeftToRight);
+  document()->setDefaultTextOption(option);
   // The toolkit forgets how a line is laid out, and does it again for each look at it, unless it is told not
   // to.
   connect(document(), &QTextDocument::contentsChange, this, [this](int position, int, int added) {

@@ -2,6 +2,7 @@
 
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "command/run.h"
@@ -23,6 +24,33 @@ inline Call call(const std::vector<std::string>& words, const std::string& input
   Environment environment{in, out, err, false, threads, progress};
   const int status = run(words, environment);
   return {status, out.str(), err.str()};
+}
+
+/// A call on one thread that is asked to stop as soon as its output has `text`.
+inline Call callUntil(const std::vector<std::string>& words, const std::string& text = {}) {
+  class Stopper : public std::stringbuf {
+   public:
+    Stopper(Progress& progress, const std::string& text) : progress_(progress), text_(text) {}
+
+   protected:
+    std::streamsize xsputn(const char* written, std::streamsize size) override {
+      const std::string_view view(written, static_cast<std::size_t>(size));
+      if (view.find(text_) != std::string_view::npos) progress_.stop = true;
+      return std::stringbuf::xsputn(written, size);
+    }
+
+   private:
+    Progress& progress_;
+    const std::string& text_;
+  };
+  std::istringstream in;
+  std::ostringstream err;
+  Progress progress;
+  Stopper buffer(progress, text);
+  std::ostream out(&buffer);
+  Environment environment{in, out, err, false, 1, progress};
+  const int status = run(words, environment);
+  return {status, buffer.str(), err.str()};
 }
 
 /// The words of a line, parted by blanks.

@@ -8,6 +8,7 @@ namespace {
 using testing::call;
 using testing::Call;
 using testing::callLine;
+using testing::callUntil;
 
 TEST(FixedPoints, AreListedInEachFormat) {
   EXPECT_EQ(callLine("points-fixes -k 3..4").out,
@@ -44,33 +45,10 @@ TEST(FixedPoints, DoNotDependOnTheThreads) {
   }
 }
 
-// Asks for a stop at the first number of 17 digits.
-class StoppingBuffer : public std::stringbuf {
- public:
-  explicit StoppingBuffer(Progress& progress) : progress_(progress) {}
-
- protected:
-  std::streamsize xsputn(const char* text, std::streamsize size) override {
-    if (std::string_view(text, static_cast<std::size_t>(size)).find("21897142587612075") !=
-        std::string_view::npos)
-      progress_.stop = true;
-    return std::stringbuf::xsputn(text, size);
-  }
-
- private:
-  Progress& progress_;
-};
-
 TEST(FixedPoints, FoundBeforeAStopAreThere) {
-  std::istringstream in;
-  std::ostringstream err;
-  Progress progress;
-  StoppingBuffer buffer(progress);
-  std::ostream out(&buffer);
-  Environment environment{in, out, err, false, 1, progress};
-  const std::vector<std::string> words = {"points-fixes", "-k", "17..61"};
-  EXPECT_EQ(run(words, environment), kInterrupted);
-  EXPECT_EQ(buffer.str(),
+  const Call stopped = callUntil({"points-fixes", "-k", "17..61"}, "21897142587612075");
+  EXPECT_EQ(stopped.status, kInterrupted);
+  EXPECT_EQ(stopped.out,
             "k = 17\u00A0:\n  0\n  1\n  233411150132317\n  21897142587612075\n  35641594208964132\n"
             "  35875699062250035\n"
             "  6 points fixes\u00A0; interrompu, la liste est complète jusqu’à 17 chiffres.\n");

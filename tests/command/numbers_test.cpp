@@ -9,6 +9,7 @@ namespace {
 
 using testing::Call;
 using testing::callLine;
+using testing::callUntil;
 
 struct Row {
   const char* line;
@@ -129,36 +130,16 @@ TEST(Numbers, AreAnsweredBeforeMoreInputIsWaitedFor) {
   EXPECT_EQ(buffer.seen.back(), "5 → 25\n12 → 5\n");
 }
 
-// Asks for a stop when it has taken some text.
-class StoppingBuffer : public std::stringbuf {
- public:
-  explicit StoppingBuffer(Progress& progress) : progress_(progress) {}
-
- protected:
-  std::streamsize xsputn(const char* text, std::streamsize size) override {
-    progress_.stop = true;
-    return std::stringbuf::xsputn(text, size);
-  }
-
- private:
-  Progress& progress_;
-};
-
 TEST(Stop, KeepsWhatIsThereAndHasItsOwnStatus) {
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"image", "-k", "3", "1..99999999999999999999"},
         {"cycle", "-k", "3", "1..99999999999999999999"},
         {"silhouette", "1..99999999999999999999"}}) {
-    std::istringstream in;
-    std::ostringstream err;
-    Progress progress;
-    StoppingBuffer buffer(progress);
-    std::ostream out(&buffer);
-    Environment environment{in, out, err, false, 1, progress};
-    EXPECT_EQ(run(words, environment), kInterrupted) << words[0];
-    EXPECT_GT(buffer.str().size(), 60'000U) << words[0];
-    EXPECT_EQ(buffer.str().back(), '\n') << words[0];
-    EXPECT_EQ(err.str(), "") << words[0];
+    const Call stopped = callUntil(words);
+    EXPECT_EQ(stopped.status, kInterrupted) << words[0];
+    EXPECT_GT(stopped.out.size(), 60'000U) << words[0];
+    EXPECT_EQ(stopped.out.back(), '\n') << words[0];
+    EXPECT_EQ(stopped.err, "") << words[0];
   }
 }
 

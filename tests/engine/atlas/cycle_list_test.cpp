@@ -127,6 +127,9 @@ TEST(CycleList, AgreesWithWhatIsKnown) {
                       {4, 7, 5, 7, 14},     {5, 17, 8, 28, 104},  {7, 18, 7, 92, 272},
                       {10, 9, 3, 123, 239}, {16, 8, 4, 371, 653}, {32, 11, 3, 543, 1135}};
   for (const Row& row : rows) {
+#ifdef ZELVION_SANITIZED
+    if (row.k > 20) continue;  // half a minute
+#endif
     const std::vector<Cycle> cycles = listOf(row.k, 2);
     std::size_t points = 0;
     for (const Cycle& cycle : cycles) {

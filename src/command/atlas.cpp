@@ -42,23 +42,27 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   if (image && (powers.first != powers.last || powers.first < 2 || powers.first > atlas::kMaxMapPower)) {
     throw WrongCall("Une carte se dessine pour une seule puissance, de 2 à 5.");
   }
+  // Made before the work, which may be long: what cannot be written is told at once.
+  const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
+  if (!image) std::filesystem::create_directories(folder);
   std::vector<AtlasFacts> facts;
   for (std::int32_t k = powers.first; k <= powers.last; ++k) {
     auto found = findFacts(k, work, environment);
-    if (!found) return kInterrupted;
+    if (!found) break;
     facts.push_back(std::move(*found));
   }
+  const bool whole = facts.size() == static_cast<std::size_t>(powers.last - powers.first) + 1;
+  if (!whole) tellInterrupted(powers.first + static_cast<std::int32_t>(facts.size()), environment);
+  if (facts.empty()) return kInterrupted;
   if (image) {
     writeFile(std::string(*image), mapPicture(facts.front(), true));
     return kSuccess;
   }
-  const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
-  std::filesystem::create_directories(folder);
   const auto pages = atlasPages(facts);
   for (const auto& [name, text] : pages) writeFile(folder / name, text);
   output << typeset(counted(pages.size(), "fichier") + " dans « " + folder.string() + " » : ouvrez ")
          << (folder / "index.html").string() << ".\n";
-  return kSuccess;
+  return whole ? kSuccess : kInterrupted;
 }
 
 }  // namespace

@@ -61,6 +61,11 @@ std::optional<atlas::Basins> countBasins(std::int32_t k, const AtlasWork& work, 
   });
 }
 
+void tellInterrupted(std::int32_t k, Environment& environment) {
+  environment.err << typeset("velmoire : interrompu pendant la puissance " + std::to_string(k) +
+                             ", dont rien n'est donné ; ce qui a été trouvé avant est là.\n");
+}
+
 AtlasFacts factsOf(std::int32_t k, std::vector<atlas::Cycle> cycles, atlas::Basins basins) {
   AtlasFacts facts{k, atlas::rangeDigits(k), std::move(cycles), std::move(basins)};
   const auto isListed = [&](const atlas::Basin& basin) {

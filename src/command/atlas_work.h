@@ -36,6 +36,9 @@ std::optional<std::vector<atlas::Cycle>> findCycles(std::int32_t k, const AtlasW
                                                     Environment& environment);
 std::optional<atlas::Basins> countBasins(std::int32_t k, const AtlasWork& work, Environment& environment);
 
+/// Says on the error stream which power the work was interrupted in.
+void tellInterrupted(std::int32_t k, Environment& environment);
+
 /// The facts of one power. Throws std::runtime_error, with a French sentence, where the two engines do not
 /// agree.
 AtlasFacts factsOf(std::int32_t k, std::vector<atlas::Cycle> cycles, atlas::Basins basins);

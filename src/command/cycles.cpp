@@ -151,8 +151,9 @@ void writeDot(const AtlasFacts& facts, Output& output) {
 atlas::Part partOf(std::string_view text) {
   const std::size_t slash = text.find('/');
   if (slash != std::string_view::npos) {
-    const IntegerRange number = readRange(text.substr(0, slash), "Le numéro d'une partie", 1, 1'000'000);
-    const IntegerRange count = readRange(text.substr(slash + 1), "Le nombre de parties", 1, 1'000'000);
+    const IntegerRange number =
+        readRange(text.substr(0, slash), "Le numéro d'une partie", 1, atlas::kMaxParts);
+    const IntegerRange count = readRange(text.substr(slash + 1), "Le nombre de parties", 1, atlas::kMaxParts);
     if (number.first == number.last && count.first == count.last && number.first <= count.first) {
       return {static_cast<std::uint32_t>(number.first), static_cast<std::uint32_t>(count.first)};
     }
@@ -212,7 +213,10 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
     } else if (auto cycles = findCycles(k, work, environment)) {
       facts = AtlasFacts{k, atlas::rangeDigits(k), std::move(*cycles), {}};
     }
-    if (!facts) return kInterrupted;
+    if (!facts) {
+      tellInterrupted(k, environment);
+      return kInterrupted;
+    }
     if (asDot) {
       writeDot(*facts, output);
     } else {

@@ -123,15 +123,24 @@ TEST_F(AtlasCalls, PartsOfOtherWorkOrDamagedAreTold) {
   }
   EXPECT_EQ(joined("f").status, kSuccess);
   const std::string good = read("f");
-  std::string count = good;
-  const std::size_t digit = count.find("\"sous\":[\"") + 8;
-  count[digit] = count[digit] == '1' ? '2' : '1';
-  std::string point = good;
-  point.replace(point.find("54748"), 5, "54747");
-  for (const std::string& damaged : {good.substr(0, good.size() / 2), std::string(), count, point}) {
-    write("f", damaged);
-    EXPECT_EQ(joined("f").status, kFailure);
+  const std::pair<const char*, const char*> damages[] = {{R"("sous":\["0",)", R"("sous":["1",)"},
+                                                         {R"("sous":\[("[0-9]+",?)+\])", R"("sous":["0"])"},
+                                                         {"54748", "54747"},
+                                                         {R"("pas":\[("[0-9]+",?)+\])", R"("pas":[])"},
+                                                         {R"("pas":\["1")", R"("pas":["2")"},
+                                                         {R"("chiffres":6)", R"("chiffres":60)"},
+                                                         {R"("cycles":\[)", R"("cycles":[[],)"},
+                                                         {R"("cycles":\[)", R"("cycles":[["1","1"],)"},
+                                                         {R"("parties":2)", R"("parties":-1)"},
+                                                         {R"("k":5)", R"("k":5.5)"},
+                                                         {R"(\}\]\}\s*$)", ""},
+                                                         {R"(^[^]*$)", ""}};
+  for (const auto& [what, by] : damages) {
+    write("f", std::regex_replace(good, std::regex(what), by, std::regex_constants::format_first_only));
+    ASSERT_NE(read("f"), good) << what;
+    EXPECT_EQ(joined("f").status, kFailure) << what << " -> " << by;
     EXPECT_EQ(joined("f").out, "");
+    EXPECT_NE(joined("f").err.find("efaites"), std::string::npos) << joined("f").err;
   }
 }
 

@@ -9,7 +9,10 @@
 
 namespace zelvion::atlas {
 
-/// One of `count` equal parts of a search; `number` is from 1 to `count`. The whole by default.
+inline constexpr std::uint32_t kMaxParts = 1'000'000;
+
+/// One of `count` equal parts of a search, at most kMaxParts; `number` is from 1 to `count`. The whole by
+/// default.
 struct Part {
   std::uint32_t number = 1;
   std::uint32_t count = 1;

@@ -163,7 +163,7 @@ class Result:
 def run_once(build, program, work, directory):
     answer = Path(directory) / "answer"
     answer.unlink(missing_ok=True)
-    environment = dict(os.environ)
+    environment = dict(os.environ, TMPDIR=directory)
     arguments = list(work.asked)
     if program == "PARI/GP":
         arguments[0] = work.name
@@ -323,7 +323,8 @@ def main():
     def tell(what):
         print(f"... {what}", file=sys.stderr, flush=True)
 
-    with tempfile.TemporaryDirectory() as directory:
+    memory = "/dev/shm"
+    with tempfile.TemporaryDirectory(dir=memory if os.access(memory, os.W_OK) else None) as directory:
         rows, figures, agree = table_of(build, [work for work in works if work.kind.title], directory, tell)
         growth, more = growth_of(build, [work for work in works if not work.kind.title], directory, tell)
     lines = [machine()]

@@ -67,7 +67,7 @@ struct Chart {
   /// Lines at round values, up to the one that no value passes; sets mostY to that.
   std::string axisY(double greatest, const std::function<std::string(double)>& text) {
     const double step = roundAbove(greatest / 5);
-    const int lines = static_cast<int>(std::ceil(greatest / step - 1e-9));
+    const int lines = std::max(1, static_cast<int>(std::ceil(greatest / step - 1e-9)));
     mostY = lines * step;
     std::string svg;
     for (int i = 0; i <= lines; ++i) {

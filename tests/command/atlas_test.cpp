@@ -159,15 +159,16 @@ TEST_F(AtlasCalls, WrongCallsAreTold) {
 }
 
 TEST_F(AtlasCalls, PagesTellWhatTheyShow) {
-  const auto written = call({"atlas", "2..4", "-o", path("atlas")});
+  const auto written = call({"atlas", "1..4", "-o", path("atlas")});
   ASSERT_EQ(written.status, kSuccess) << written.err;
   const std::map<std::string, std::size_t> pictures = {
-      {"index.html", 5}, {"k2.html", 3 + 3}, {"k3.html", 10 + 3}, {"k4.html", 7 + 3}};
+      {"index.html", 5}, {"k1.html", 10 + 2}, {"k2.html", 3 + 3}, {"k3.html", 10 + 3}, {"k4.html", 7 + 3}};
   for (const auto& [name, count] : pictures) {
     const std::string page = read("atlas/" + name);
     EXPECT_EQ(timesIn(page, "<svg"), count) << name;
     EXPECT_EQ(timesIn(page, "role=\"img\""), count) << name;
     EXPECT_EQ(timesIn(page, "</title><desc>"), count) << name;
+    EXPECT_EQ(timesIn(page, "nan\""), 0U) << name << " has a place that is no number";
     for (const char* outside : {"http://", "https://", "<script", "<link", "@import"}) {
       const std::size_t names = timesIn(page, "xmlns=\"http://www.w3.org/2000/svg\"");
       EXPECT_EQ(timesIn(page, outside), std::string(outside) == "http://" ? names : 0)

@@ -4,6 +4,8 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <regex>
 
@@ -25,6 +27,10 @@ std::vector<std::string> subcommands() {
 }
 
 TEST(Help, ShowsExamplesThatAreTrue) {
+  // One of them writes where it is called.
+  std::string folder = (std::filesystem::temp_directory_path() / "zelvion-help-XXXXXX").string();
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(::mkdtemp(folder.data()));
   ASSERT_GE(subcommands().size(), 6U);
   for (const std::string& name : subcommands()) {
     const Call help = call({name, "--aide"});
@@ -38,6 +44,8 @@ TEST(Help, ShowsExamplesThatAreTrue) {
     std::string shown = std::regex_replace(example[2].str(), std::regex("(^|\n)  "), "$1");
     EXPECT_EQ(callLine(example[1]).out, shown) << name;
   }
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
 }
 
 TEST(Help, IsWrittenAsTheFrenchDo) {

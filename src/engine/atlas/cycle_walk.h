@@ -82,20 +82,18 @@ class Images {
         for (std::size_t i = 0; i < limbs.size(); ++i) {
           sum[i / 2] += limbs[i] * (i % 2 == 0 ? 1 : std::uint64_t{Decimal::kBase});
         }
-        multiples_.push_back(sum);
+        multiples_[place(static_cast<int>(digit), count)] = sum;
       }
     }
   }
 
   int digits() const { return digits_; }
   /// count * digit^k
-  const LongSum<kLimbs>& multiple(int digit, int count) const {
-    return multiples_[static_cast<std::size_t>(digit * (digits_ + 1) + count)];
-  }
+  const LongSum<kLimbs>& multiple(int digit, int count) const { return multiples_[place(digit, count)]; }
   LongSum<kLimbs> image(Multiset counts) const {
     LongSum<kLimbs> sum{};
     for (int digit = 1; digit <= 9; ++digit, counts >>= kCountBits) {
-      const LongSum<kLimbs>& term = multiple(digit, static_cast<int>(counts & 127));
+      const LongSum<kLimbs>& term = multiple(digit, static_cast<int>(counts % kCounts));
       for (std::size_t i = 0; i < kLimbs; ++i) sum[i] += term[i];
     }
     handCarries(sum);
@@ -109,8 +107,14 @@ class Images {
   }
 
  private:
+  static constexpr std::size_t kCounts = std::size_t{1} << kCountBits;  // a constant, for speed
+
+  static std::size_t place(int digit, int count) {
+    return static_cast<std::size_t>(digit) * kCounts + static_cast<std::size_t>(count);
+  }
+
   int digits_;
-  std::vector<LongSum<kLimbs>> multiples_;
+  std::vector<LongSum<kLimbs>> multiples_ = std::vector<LongSum<kLimbs>>(10 * kCounts);
 };
 
 /// The weights of a rarity as the walk looks them up: those of two digits at once.

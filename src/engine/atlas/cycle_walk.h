@@ -32,9 +32,9 @@ inline constexpr Multiset ones(int digit, int count) {
 
 /// How many of the digits 1 to 9 there are in all.
 inline constexpr int nonZeros(Multiset counts) {
-  constexpr Multiset kEverySecond = 0x7F01FC07F01FC07F;
-  const Multiset pairs = (counts & kEverySecond) + (counts >> kCountBits & kEverySecond);
-  return static_cast<int>((pairs * 0x0100040010004001) >> 56);
+  // The product holds the sums of the lowest one, two, three counts and so on, the last that of all nine.
+  constexpr Multiset kOneOfEach = 0x0102040810204081;
+  return static_cast<int>(counts * kOneOfEach >> 56 & 127);
 }
 
 /// The digits of every number below 10,000.
@@ -121,10 +121,10 @@ class Images {
 class RarityTable {
  public:
   explicit RarityTable(const Rarity& rarity) : rarity_(rarity) {
-    for (std::size_t pair = 0; pair < 4; ++pair) {
+    for (std::size_t pair = 0; pair < 5; ++pair) {
       for (std::size_t i = 0; i < kPairs; ++i) {
-        pairs_[pair].push_back(static_cast<std::uint16_t>(rarity.weights[2 * pair + 1][i & 127] +
-                                                          rarity.weights[2 * pair + 2][i >> kCountBits]));
+        pairs_.push_back(static_cast<std::uint16_t>(rarity.weights[2 * pair + 1][i & 127] +
+                                                    rarity.weights[(2 * pair + 2) % 10][i >> kCountBits]));
       }
     }
     for (int digit = 0; digit < 10; ++digit) {
@@ -144,9 +144,11 @@ class RarityTable {
   }
   /// The rarity of `digits` digits of which `counts` are no zeros.
   std::uint32_t of(Multiset counts, int digits) const {
-    return std::uint32_t{pairs_[0][counts % kPairs]} + pairs_[1][counts >> 14 & (kPairs - 1)] +
-           pairs_[2][counts >> 28 & (kPairs - 1)] + pairs_[3][counts >> 42 & (kPairs - 1)] +
-           weight(9, static_cast<int>(counts >> 56)) + weight(0, digits - nonZeros(counts));
+    const auto zeros = static_cast<std::uint64_t>(digits - nonZeros(counts));
+    const std::uint16_t* const pairs = pairs_.data();
+    return std::uint32_t{pairs[counts % kPairs]} + pairs[kPairs + (counts >> 14) % kPairs] +
+           pairs[2 * kPairs + (counts >> 28) % kPairs] + pairs[3 * kPairs + (counts >> 42) % kPairs] +
+           pairs[4 * kPairs + (counts >> 56 | zeros << kCountBits)];
   }
   /// The least that the weights of the digits 0 to `digit` can be where there are `rest` of them.
   std::uint32_t least(int digit, int rest) const {
@@ -157,7 +159,7 @@ class RarityTable {
   static constexpr std::size_t kPairs = std::size_t{1} << (2 * kCountBits);
 
   Rarity rarity_;
-  std::array<std::vector<std::uint16_t>, 4> pairs_;
+  std::vector<std::uint16_t> pairs_;  // of the digits 1 and 2, of 3 and 4, ..., of 9 and 0
   std::array<std::array<std::uint32_t, kMaxRangeDigits + 1>, 10> least_{};
 };
 

@@ -303,11 +303,15 @@ class CycleWalk {
     addCommonOfFour(known, low, high);
   }
   static void addCommonOfFour(Known& known, std::uint64_t low, std::uint64_t high) {
-    std::uint64_t unit = 1;
-    int digits = 4;
-    for (; low / unit != high / unit; unit *= 10) --digits;
-    known.digits += digits;
-    known.counts += kDigitsOf[low / unit];
+    // With constants for units the divisions are products.
+    const auto share = [&](std::uint32_t unit, int digits) {
+      const auto front = static_cast<std::uint32_t>(low) / unit;
+      if (front != static_cast<std::uint32_t>(high) / unit) return false;
+      known.digits += digits;
+      known.counts += kDigitsOf[front];
+      return true;
+    };
+    (void)(share(1, 4) || share(10, 3) || share(100, 2) || share(1000, 1));
   }
 
   // Leaves all multisets of a node, or goes through the counts of `digit`, above which all are chosen.

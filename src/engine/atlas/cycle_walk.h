@@ -32,9 +32,9 @@ inline constexpr Multiset ones(int digit, int count) {
 
 /// How many of the digits 1 to 9 there are in all.
 inline constexpr int nonZeros(Multiset counts) {
-  constexpr Multiset kEverySecond = 0x7F01FC07F01FC07F;
-  const Multiset pairs = (counts & kEverySecond) + (counts >> kCountBits & kEverySecond);
-  return static_cast<int>((pairs * 0x0100040010004001) >> 56);
+  // The product holds the sums of the lowest one, two, three counts and so on, the last that of all nine.
+  constexpr Multiset kOneOfEach = 0x0102040810204081;
+  return static_cast<int>(counts * kOneOfEach >> 56 & 127);
 }
 
 /// The digits of every number below 10,000.
@@ -82,20 +82,18 @@ class Images {
         for (std::size_t i = 0; i < limbs.size(); ++i) {
           sum[i / 2] += limbs[i] * (i % 2 == 0 ? 1 : std::uint64_t{Decimal::kBase});
         }
-        multiples_.push_back(sum);
+        multiples_[place(static_cast<int>(digit), count)] = sum;
       }
     }
   }
 
   int digits() const { return digits_; }
   /// count * digit^k
-  const LongSum<kLimbs>& multiple(int digit, int count) const {
-    return multiples_[static_cast<std::size_t>(digit * (digits_ + 1) + count)];
-  }
+  const LongSum<kLimbs>& multiple(int digit, int count) const { return multiples_[place(digit, count)]; }
   LongSum<kLimbs> image(Multiset counts) const {
     LongSum<kLimbs> sum{};
     for (int digit = 1; digit <= 9; ++digit, counts >>= kCountBits) {
-      const LongSum<kLimbs>& term = multiple(digit, static_cast<int>(counts & 127));
+      const LongSum<kLimbs>& term = multiple(digit, static_cast<int>(counts % kCounts));
       for (std::size_t i = 0; i < kLimbs; ++i) sum[i] += term[i];
     }
     handCarries(sum);
@@ -109,18 +107,24 @@ class Images {
   }
 
  private:
+  static constexpr std::size_t kCounts = std::size_t{1} << kCountBits;  // a constant, for speed
+
+  static std::size_t place(int digit, int count) {
+    return static_cast<std::size_t>(digit) * kCounts + static_cast<std::size_t>(count);
+  }
+
   int digits_;
-  std::vector<LongSum<kLimbs>> multiples_;
+  std::vector<LongSum<kLimbs>> multiples_ = std::vector<LongSum<kLimbs>>(10 * kCounts);
 };
 
 /// The weights of a rarity as the walk looks them up: those of two digits at once.
 class RarityTable {
  public:
   explicit RarityTable(const Rarity& rarity) : rarity_(rarity) {
-    for (std::size_t pair = 0; pair < 4; ++pair) {
+    for (std::size_t pair = 0; pair < 5; ++pair) {
       for (std::size_t i = 0; i < kPairs; ++i) {
-        pairs_[pair].push_back(static_cast<std::uint16_t>(rarity.weights[2 * pair + 1][i & 127] +
-                                                          rarity.weights[2 * pair + 2][i >> kCountBits]));
+        pairs_.push_back(static_cast<std::uint16_t>(rarity.weights[2 * pair + 1][i & 127] +
+                                                    rarity.weights[(2 * pair + 2) % 10][i >> kCountBits]));
       }
     }
     for (int digit = 0; digit < 10; ++digit) {
@@ -140,9 +144,11 @@ class RarityTable {
   }
   /// The rarity of `digits` digits of which `counts` are no zeros.
   std::uint32_t of(Multiset counts, int digits) const {
-    return std::uint32_t{pairs_[0][counts % kPairs]} + pairs_[1][counts >> 14 & (kPairs - 1)] +
-           pairs_[2][counts >> 28 & (kPairs - 1)] + pairs_[3][counts >> 42 & (kPairs - 1)] +
-           weight(9, static_cast<int>(counts >> 56)) + weight(0, digits - nonZeros(counts));
+    const auto zeros = static_cast<std::uint64_t>(digits - nonZeros(counts));
+    const std::uint16_t* const pairs = pairs_.data();
+    return std::uint32_t{pairs[counts % kPairs]} + pairs[kPairs + (counts >> 14) % kPairs] +
+           pairs[2 * kPairs + (counts >> 28) % kPairs] + pairs[3 * kPairs + (counts >> 42) % kPairs] +
+           pairs[4 * kPairs + (counts >> 56 | zeros << kCountBits)];
   }
   /// The least that the weights of the digits 0 to `digit` can be where there are `rest` of them.
   std::uint32_t least(int digit, int rest) const {
@@ -153,7 +159,7 @@ class RarityTable {
   static constexpr std::size_t kPairs = std::size_t{1} << (2 * kCountBits);
 
   Rarity rarity_;
-  std::array<std::vector<std::uint16_t>, 4> pairs_;
+  std::vector<std::uint16_t> pairs_;  // of the digits 1 and 2, of 3 and 4, ..., of 9 and 0
   std::array<std::array<std::uint32_t, kMaxRangeDigits + 1>, 10> least_{};
 };
 
@@ -297,11 +303,15 @@ class CycleWalk {
     addCommonOfFour(known, low, high);
   }
   static void addCommonOfFour(Known& known, std::uint64_t low, std::uint64_t high) {
-    std::uint64_t unit = 1;
-    int digits = 4;
-    for (; low / unit != high / unit; unit *= 10) --digits;
-    known.digits += digits;
-    known.counts += kDigitsOf[low / unit];
+    // With constants for units the divisions are products.
+    const auto share = [&](std::uint32_t unit, int digits) {
+      const auto front = static_cast<std::uint32_t>(low) / unit;
+      if (front != static_cast<std::uint32_t>(high) / unit) return false;
+      known.digits += digits;
+      known.counts += kDigitsOf[front];
+      return true;
+    };
+    (void)(share(1, 4) || share(10, 3) || share(100, 2) || share(1000, 1));
   }
 
   // Leaves all multisets of a node, or goes through the counts of `digit`, above which all are chosen.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kDraws = 500;
 // The weights are level from kLevel / 10 times the mean of a count.
-constexpr std::uint64_t kLevel = 15;
+constexpr std::uint64_t kLevel = 13;
 constexpr unsigned kFractionBits = 8;
 
 using Counts = std::array<std::uint64_t, 10>;

@@ -243,7 +243,7 @@ template <std::size_t kLimbs>
 struct Node {
   Number<kLimbs> sum{};  // of the powers of the digits chosen
   Census census = 0;
-  Weight weight = 1;     // arrangements, the digits left taken for equal
+  Weight weight{1};      // arrangements, the digits left taken for equal
   std::size_t left = 0;  // digits that are not chosen
 };
 
@@ -342,9 +342,9 @@ class Worker {
   }
 
   struct Row {
-    Census census;
+    Census census = 0;
     Weight weight;
-    std::size_t left;
+    std::size_t left = 0;
   };
 
   // The way of an image to a multiset whose fate is known.
@@ -397,8 +397,8 @@ class Worker {
       if (decimal.digits() > number.size()) continue;
       points.push_back(decimal.padded(number.size()));
       tally.note(0, decimal);
-      tally.tails[0] += 1;
-      weight -= 1;
+      tally.tails[0] += Weight(1);
+      weight -= Weight(1);
     }
     if (weight == Weight()) return;
     while (std::find(points.begin(), points.end(), number) != points.end()) {
@@ -562,7 +562,7 @@ std::optional<Basins> basinsOf(std::int32_t k, int digits, unsigned threads, Pro
   assert(k >= 1 && k <= kMaxPower && digits >= 1 && digits <= kMaxCountedDigits);
   assert(part.number >= 1 && part.number <= part.count);
   const auto width = static_cast<std::size_t>(std::max(digits, rangeDigits(k)));
-  const auto counted = [&] {
+  auto counted = [&] {
     switch ((width - 1) / kLimbDigits) {
       case 0:
         return count<1>(k, digits, threads, progress, memory, part);

@@ -8,7 +8,7 @@
 namespace zelvion::atlas {
 namespace {
 
-constexpr int kDraws = 500;
+constexpr std::uint64_t kDraws = 500;
 // The weights are level from kLevel / 10 times the mean of a count.
 constexpr std::uint64_t kLevel = 13;
 constexpr unsigned kFractionBits = 8;
@@ -48,7 +48,7 @@ Rarity Rarity::of(std::int32_t k) {
   }
   Counts totals{};
   std::mt19937 generator;  // the standard says what it draws
-  for (int draw = 0; draw < kDraws; ++draw) {
+  for (std::uint64_t draw = 0; draw < kDraws; ++draw) {
     Counts counts{};
     for (int i = 0; i < digits; ++i) ++counts[generator() % 10];
     for (int step = 0; step < 2; ++step) {

@@ -12,7 +12,8 @@ namespace zelvion::atlas {
 /// beyond it, and for the caller to avoid.
 class Weight {
  public:
-  Weight(std::uint64_t value = 0) : low_(value) {}
+  Weight() = default;
+  explicit Weight(std::uint64_t value) : low_(value) {}
 
   Weight& operator+=(const Weight& other) {
     low_ += other.low_;
@@ -67,7 +68,7 @@ class Weight {
  private:
   __extension__ using Wide = unsigned __int128;
 
-  Wide low_;
+  Wide low_ = 0;
   std::uint64_t high_ = 0;
 };
 

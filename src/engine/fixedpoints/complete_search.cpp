@@ -141,7 +141,7 @@ class SizedSearch : public Search {
 
   struct Piece {
     Node node;
-    std::size_t greatest;  // digit that may come beside the certain ones
+    std::size_t greatest = 0;  // digit that may come beside the certain ones
   };
 
   struct Walk {
@@ -152,7 +152,7 @@ class SizedSearch : public Search {
 
   // Where a digit of a number stands: its limb, and the power of ten there.
   struct Position {
-    std::size_t limb;
+    std::size_t limb = 0;
     PowerOfTen power;
 
     // The digits down to this one, as far as they stand in the same limb.

@@ -272,7 +272,7 @@ TEST(TailTable, LosesButNeverErrs) {
 }
 
 TEST(Weight, IsExact) {
-  Weight power = 1;  // of 10^16 - 1 and others, up to 192 bits
+  Weight power{1};  // of 10^16 - 1 and others, up to 192 bits
   mpz_class expected = 1;
   Weight sum;
   mpz_class expectedSum = 0;

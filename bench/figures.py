@@ -82,6 +82,10 @@ KINDS = {
         "K:P", lambda v: f"the powers and the first image, k = {thousands(v[0])}, p = {v[1]}",
         ["100000:789", "1000000:789"], peers=lambda v: NUMBERS, missing=["789"],
     ),
+    "product": Kind(
+        "DIGITS", lambda v: f"a product of two numbers of {thousands(v[0])} digits, from text to text",
+        ["100000", "1000000"], ["100000"], peers=lambda v: NUMBERS if int(v[0]) <= 200_000 else ["PARI/GP"],
+    ),
     "cascade": Kind("K", lambda v: f"cascade, k = {v[0]}", ["3", "11", "20", "58"], ["3", "11"]),
     "grouped": Kind(
         "K", lambda v: f"the same, k = {v[0]}, with a table for groups of four digits in Python", ["11", "20"],

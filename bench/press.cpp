@@ -62,6 +62,16 @@ void images(Measure& measure, const std::string& k, const std::string& p, int co
   for (const std::string& text : texts) measure.answer += text + "\n";
 }
 
+void product(Measure& measure, std::size_t digits) {
+  const auto number = [&](const std::string& period) {
+    std::string text;
+    while (text.size() < digits) text += period;
+    return text.substr(0, digits);
+  };
+  const std::string a = number("9876543210123456789"), b = number("31415926535897932384");
+  measure.run([] {}, [&] { measure.answer = (Decimal::parse(a) * Decimal::parse(b)).text() + "\n"; });
+}
+
 // So many steps of a cycle search, or fewer if an iterate comes back.
 void steps(Measure& measure, const std::string& k, const std::string& p, std::int32_t count) {
   std::optional<DigitPower> power;
@@ -115,6 +125,7 @@ void run(Measure& measure, const Arguments& a) {
   if (work == "enumerator") return pressEnumerator(measure, a.at(1));
   if (work == "first") return images(measure, a.at(1), a.at(2), 1, false);
   if (work == "later") return images(measure, a.at(1), a.at(2), std::stoi(a.at(3)), true);
+  if (work == "product") return product(measure, std::stoul(a.at(1)));
   if (work == "steps") return steps(measure, a.at(1), a.at(2), std::stoi(a.at(3)));
   if (work == "complete") return complete(measure, std::stoi(a.at(1)), std::stoi(a.at(2)));
   if (work == "lines")

@@ -65,6 +65,11 @@ iterates(k, p) =
 
 first(k, p) = Str(image(p, powertable(eval(k))), "\n");
 
+product() = Str(eval(factors[1]) * eval(factors[2]), "\n");
+
+\\ The first so many digits of a text that is repeated.
+repeated(period, count) = my(c = Vec(period)); strjoin(vector(count, i, c[(i - 1) % #c + 1]));
+
 later(count) =
 {
   my(s = laterstart, texts = vector(eval(count)));
@@ -188,6 +193,7 @@ run(w) =
      w[1] == "cascade", cascade(w[2]),
      w[1] == "enumerator", enumerator(w[2], w[3], w[4], w[5]),
      w[1] == "complete", complete(w[2], w[3]),
+     w[1] == "product", product(),
      w[1] == "points", points(w[2]),
      w[1] == "cycles", cycles(w[2]),
      w[1] == "starts", starts(w[2], w[3]),
@@ -217,6 +223,8 @@ measure(w) =
     laterpowers = powertable(eval(work[2]));
     laterstart = Str(image(work[3], laterpowers)));
   if(work[1] == "lines", inputlines = vector(eval(work[3]), i, Str(1000000 + 7 * (i - 1))));
+  if(work[1] == "product",
+    factors = [repeated(period, eval(work[2])) | period <- ["9876543210123456789", "31415926535897932384"]]);
   result = measure(work);
   system(Str("rm -r ", directory));
   memory = strsplit(externstr("grep VmHWM /proc/$PPID/status | tr -dc 0-9")[1], " ")[1];

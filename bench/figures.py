@@ -62,7 +62,7 @@ def up_to(greatest):
 CYCLES = ["24:789", "60:789", "100:789", "148:789"]
 STEPS = ["308:789:1000", "308:789:10000", "308:789:100000", "308:789:1000000"]
 
-# All rows of the table, in order. What a work does stands in press.cpp, textbook.cpp and peers/.
+# All rows of the table, in order. What a work does stands in press.cpp, window.cpp, textbook.cpp and peers/.
 KINDS = {
     "cycle": Kind("K:P", lambda v: f"cycle search, k = {v[0]}, p = {v[1]}", CYCLES, CYCLES[:3], missing=["789"]),
     "digits": Kind(
@@ -84,7 +84,7 @@ KINDS = {
     ),
     "product": Kind(
         "DIGITS", lambda v: f"a product of two numbers of {thousands(v[0])} digits, from text to text",
-        ["100000", "1000000"], ["100000"], peers=lambda v: NUMBERS if int(v[0]) <= 200_000 else ["PARI/GP"],
+        ["100000", "1000000"], ["100000"], peers=lambda v: NUMBERS,
     ),
     "cascade": Kind("K", lambda v: f"cascade, k = {v[0]}", ["3", "11", "20", "58"], ["3", "11"]),
     "grouped": Kind(

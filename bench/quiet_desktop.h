@@ -50,7 +50,7 @@ class QuietDesktop : public Desktop {
   /// Makes the files empty, so that every press but the first finds them there and writes the same.
   void clear() {
     for (const auto& file : std::filesystem::directory_iterator(directory_)) {
-      // Each becomes a new one: an old one that is cut goes to the disk as soon as it is closed.
+      // Each becomes a new one: on a disk, an old one that is cut goes there as soon as it is closed.
       const std::filesystem::path path = file.path();
       std::filesystem::remove(path);
       std::ofstream(path).flush();

@@ -1,11 +1,14 @@
 // What the window costs by itself, beside the toolkit's own widgets: window WORK zelvion|Qt [LENGTH] FILE, as
 // press.cpp. It runs on the toolkit's platform without a screen.
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -20,7 +23,9 @@
 #include <vector>
 
 #include "desktop/application.h"
+#include "desktop/long_text.h"
 #include "desktop/qt_desktop.h"
+#include "form/forms.h"
 #include "form/velmoire.h"
 #include "measure.h"
 
@@ -33,15 +38,28 @@ std::string program;  // this one, to be started anew
 
 QString digits(int count) { return QString("1234567890").repeated(count / 10 + 1).left(count); }
 
-// A window with as many of the toolkit's own buttons and boxes as ours has.
-std::unique_ptr<QMainWindow> plainWindow(const FormTable& table) {
+// The toolkit's own widget for a control.
+QWidget* plainWidget(const Control& control, QWidget* parent) {
+  const QString text = QString::fromUtf8(control.caption.data(), static_cast<int>(control.caption.size()));
+  switch (control.kind) {
+    case Kind::Button:
+      return new QPushButton(text, parent);
+    case Kind::TextBox:
+      return new QLineEdit(parent);
+    case Kind::MultilineTextBox:
+    case Kind::RichTextBox:
+      return new QPlainTextEdit(parent);
+    default:
+      return new QLabel(text, parent);
+  }
+}
+
+// A window with the toolkit's own widgets in the places of ours.
+std::unique_ptr<QMainWindow> plainWindow() {
   auto window = std::make_unique<QMainWindow>();
-  window->resize(table.width / kTwipsPerPixel, table.height / kTwipsPerPixel);
-  for (const Control& control : table.controls) {
-    const QString text = QString::fromUtf8(control.caption.data(), static_cast<int>(control.caption.size()));
-    QWidget* widget = control.kind == Kind::Button
-                          ? static_cast<QWidget*>(new QPushButton(text, window.get()))
-                          : new QPlainTextEdit(text, window.get());
+  window->resize(kMainForm.width / kTwipsPerPixel, kMainForm.height / kTwipsPerPixel);
+  for (const Control& control : kMainForm.controls) {
+    QWidget* widget = plainWidget(control, window.get());
     widget->setGeometry(control.left / kTwipsPerPixel, control.top / kTwipsPerPixel,
                         control.width / kTwipsPerPixel, control.height / kTwipsPerPixel);
   }
@@ -59,8 +77,7 @@ void show(const std::string& whose) {
   int count = 0;
   if (whose == "Qt") {
     const QApplication application(count, nullptr);
-    QtDesktop none;
-    const auto window = plainWindow(Velmoire(none).table());
+    const auto window = plainWindow();
     window->show();
     waitUntilDrawn();
   } else {
@@ -87,6 +104,7 @@ void start(Measure& measure, const std::string& whose) {
       throw std::system_error(errno, std::generic_category(), program);
     }
     if (child == 0) {
+      ::prctl(PR_SET_PDEATHSIG, SIGKILL);
       ::dup2(ends[1], STDOUT_FILENO);
       ::execl(program.c_str(), program.c_str(), kShown, whose.c_str(), nullptr);
       ::_exit(127);
@@ -111,12 +129,12 @@ void paste(Measure& measure, const std::string& whose, int length) {
   QtDesktop desktop;
   Velmoire form(desktop);
   desktop.show(form);
-  const auto& ours = named<QPlainTextEdit>("entier");
+  auto& ours = named<QPlainTextEdit>("entier");
   QPlainTextEdit plain;
   plain.setLineWrapMode(QPlainTextEdit::NoWrap);
   plain.resize(ours.size());
   if (whose == "Qt") plain.show();
-  QPlainTextEdit& box = whose == "Qt" ? plain : named<QPlainTextEdit>("entier");
+  QPlainTextEdit& box = whose == "Qt" ? plain : ours;
   QGuiApplication::clipboard()->setText(digits(length));
   measure.run([&] { box.clear(); },
               [&] {
@@ -137,7 +155,7 @@ void refuse(Measure& measure, int length) {
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, [&] {
     if (QWidget* message = QApplication::activeModalWidget()) {
-      measure.answer = message->windowTitle().toStdString();
+      for (LongText* text : message->findChildren<LongText*>()) measure.answer = text->text().toStdString();
       message->repaint();
       message->close();
     }
@@ -148,6 +166,8 @@ void refuse(Measure& measure, int length) {
                 button.click();
                 QApplication::processEvents();
               });
+  if (measure.answer.find("32766") == std::string::npos)
+    throw std::logic_error("no refusal: " + measure.answer);
 }
 
 void run(Measure& measure, const std::vector<std::string>& a) {

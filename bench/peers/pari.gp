@@ -9,13 +9,23 @@ lineend = Strchr([13, 10]);
 
 powertable(k) = vector(57, c, if(c > 48, (c - 48)^k, 0));
 
-\\ The image of the number that the text s writes. Few digits are looked at one by one, many are counted.
+\\ How many of the sorted codes are not above c.
+upto(codes, c) =
+{
+  my(a = 0, b = #codes, m);
+  while(a < b, m = (a + b + 1) \ 2; if(codes[m] > c, b = m - 1, a = m));
+  a;
+}
+
+\\ The image of the number that the text s writes. Few digits are looked at one by one, many are sorted and counted.
 image(s, P) =
 {
-  my(d = Vecsmall(s), m);
+  my(d = Vecsmall(s), before, now, sum = 0);
   if(#d < 150, return(vecsum(vecextract(P, d))));
-  m = matreduce(Vec(d));
-  vecextract(P, m[,1]) * m[,2];
+  d = vecsort(d);
+  before = upto(d, 48);
+  for(c = 49, 57, now = upto(d, c); sum += (now - before) * P[c]; before = now);
+  sum;
 }
 
 \\ The report of a cycle of these points, written to the file as well.
@@ -151,12 +161,14 @@ fate(x) =
 
 starts(k, count) =
 {
-  my(n = eval(count), rows = vector(n + 1), f, c);
+  my(n = eval(count), rows = vector(n + 1), ends = List(), f, c);
   table = powertable(eval(k)); fates = Map(); rounds = List();
   rows[1] = "k,nombre,pas,ordre,plus_petit,plus_grand\n";
   for(x = 1, n,
-    f = fate(x); c = rounds[f[2]];
-    rows[x + 1] = Str(k, ",", x, ",", f[1], ",", #c, ",", vecmin(c), ",", vecmax(c), "\n"));
+    f = fate(x);
+    while(#ends < #rounds,
+      c = rounds[#ends + 1]; listput(ends, Str(",", #c, ",", vecmin(c), ",", vecmax(c), "\n")));
+    rows[x + 1] = Str(k, ",", x, ",", f[1], ends[f[2]]));
   strjoin(rows);
 }
 

@@ -1,4 +1,4 @@
-"""The works of bench/figures with Python's own whole numbers: python.py WORK ARGUMENT... FILE
+"""The works of bench/figures with Python's own numbers: python.py WORK ARGUMENT... FILE
 
 Prints the best time in seconds, the number of runs, the peak memory in kilobytes and the part done, and writes the
 answer to FILE. The powers are kept in a table, digits are counted in the text of a number, and a text is made once
@@ -9,17 +9,22 @@ import os
 import sys
 import tempfile
 import time
+from decimal import MAX_EMAX, Context, Decimal, Inexact, setcontext
 from itertools import combinations_with_replacement, permutations
 from math import factorial
 from operator import mul
 
-if hasattr(sys, "set_int_max_str_digits"):
-    sys.set_int_max_str_digits(0)
-
 DIGITS = "123456789"
 
 
+# Long whole numbers are faster in decimal, which is exact here, for they become texts and come from texts.
+LONG = 1_000
+setcontext(Context(prec=4_000_000, Emax=MAX_EMAX, traps=[Inexact]))
+
+
 def powers(k):
+    if k >= LONG:
+        return [Decimal(digit) ** k for digit in range(1, 10)]
     return [digit**k for digit in range(1, 10)]
 
 
@@ -79,7 +84,7 @@ def product(count):
         return (period * (int(count) // len(period) + 1))[: int(count)]
 
     a, b = number("9876543210123456789"), number("31415926535897932384")
-    return lambda: f"{int(a) * int(b)}\n"
+    return lambda: f"{Decimal(a) * Decimal(b)}\n"
 
 
 def later(k, p, count):
@@ -238,10 +243,18 @@ class Fates:
 def starts(k, count):
     fates = Fates(k)
     known = fates.known
+    table = [0] + powers(int(k))
+    images = [0]
     ends = []
     rows = ["k,nombre,pas,ordre,plus_petit,plus_grand\n"]
     for number in range(1, int(count) + 1):
-        tail, cycle = known[number] if number in known else fates.of(number)
+        image = images[number // 10] + table[number % 10]
+        images.append(image)
+        fate = known.get(number)
+        if fate is None:
+            tail, cycle = known.get(image) or fates.of(image)
+            fate = known.get(number) or (tail + 1, cycle)
+        tail, cycle = fate
         if cycle >= len(ends):
             ends += [f"{len(c)},{min(c)},{max(c)}\n" for c in fates.cycles[len(ends) :]]
         rows.append(f"{k},{number},{tail},{ends[cycle]}")
@@ -262,11 +275,11 @@ def multisets(width):
 
 
 def points(k):
-    table = [0] + powers(int(k))
-    power = dict(zip("0" + DIGITS, table)).__getitem__
-    sums = map(sum, combinations_with_replacement(table, width_of(k)))
-    fixed = sorted({s for s in sums if s == sum(map(power, str(s)))})
-    return "k,chiffres,point_fixe\n" + "".join(f"{k},{len(str(s))},{s}\n" for s in fixed)
+    table = powers(int(k))
+    fixed = {0}
+    for digits in range(1, width_of(k) + 1):
+        fixed.update(grouped_fixed_points(sums_of(table, digits), table))
+    return "k,chiffres,point_fixe\n" + "".join(f"{k},{len(str(s))},{s}\n" for s in sorted(fixed))
 
 
 def cycles(k):

@@ -22,9 +22,10 @@
 namespace zelvion::atlas {
 
 /// A multiset of as many digits as the range has in one word: how many there are of the digits 1 to 9 in
-/// seven bits each, that of 1 lowest. The others are zeros.
+/// seven bits each, which hold them all together, too; that of 1 lowest. The others are zeros.
 using Multiset = std::uint64_t;
 inline constexpr unsigned kCountBits = 7;
+static_assert(kMaxRangeDigits < 1 << kCountBits);
 
 inline constexpr Multiset ones(int digit, int count) {
   return digit == 0 ? 0 : static_cast<Multiset>(count) << (kCountBits * static_cast<unsigned>(digit - 1));
@@ -302,16 +303,17 @@ class CycleWalk {
     halve(10'000, 4);
     addCommonOfFour(known, low, high);
   }
+  // The same of four digits, or those in front of the last ones. The units are constants, for then the
+  // divisions are products.
+  template <std::uint32_t kUnit = 1, int kDigits = 4>
   static void addCommonOfFour(Known& known, std::uint64_t low, std::uint64_t high) {
-    // With constants for units the divisions are products.
-    const auto share = [&](std::uint32_t unit, int digits) {
-      const auto front = static_cast<std::uint32_t>(low) / unit;
-      if (front != static_cast<std::uint32_t>(high) / unit) return false;
-      known.digits += digits;
+    const std::uint32_t front = static_cast<std::uint32_t>(low) / kUnit;
+    if (front == static_cast<std::uint32_t>(high) / kUnit) {
+      known.digits += kDigits;
       known.counts += kDigitsOf[front];
-      return true;
-    };
-    (void)(share(1, 4) || share(10, 3) || share(100, 2) || share(1000, 1));
+    } else if constexpr (kDigits > 1) {
+      addCommonOfFour<10 * kUnit, kDigits - 1>(known, low, high);
+    }
   }
 
   // Leaves all multisets of a node, or goes through the counts of `digit`, above which all are chosen.

@@ -1,5 +1,7 @@
 #include <array>
 #include <limits>
+#include <optional>
+#include <unordered_map>
 
 #include "command/numbers.h"
 #include "command/subcommands.h"
@@ -24,7 +26,7 @@ constexpr std::array kOptions = {
 constexpr std::array<std::string_view, 7> kNames = {"k",          "nombre",     "pas",   "ordre",
                                                     "plus_petit", "plus_grand", "points"};
 
-// What is told of a cycle, worked out once for all the numbers that fall into it one after another.
+// What is told of a cycle, worked out once for all the numbers that fall into it.
 struct CycleTexts {
   explicit CycleTexts(const KnownCycle& cycle)
       : order(std::to_string(cycle.order())), least(cycle.least.text()), greatest(cycle.greatest.text()) {
@@ -36,6 +38,7 @@ struct CycleTexts {
   std::string least;
   std::string greatest;
   std::string sentence;
+  std::vector<std::string> points;
 };
 
 int run(const Arguments& arguments, Output& output, Environment& environment) {
@@ -45,9 +48,7 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
       arguments.integer("pas", kDefaultSteps, 1, std::numeric_limits<std::int32_t>::max() - 1);
   const bool withPoints = arguments.has("points");
   KnownCycles cycles(transformation);
-  const KnownCycle* latest = nullptr;
-  std::optional<CycleTexts> texts;
-  std::vector<std::string> points;
+  std::unordered_map<const KnownCycle*, CycleTexts> known;
   std::optional<Records> records;
   if (output.format() != Format::kText)
     records.emplace(output, std::span(kNames).first(withPoints ? kNames.size() : kNames.size() - 1));
@@ -59,23 +60,20 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
       throw Refusal("Aucun retour en " + std::to_string(limit) +
                     " pas. Pour aller plus loin, donnez un nombre de pas plus grand à l'option -n.");
     }
-    if (fall->cycle != latest) {
-      latest = fall->cycle;
-      texts.emplace(*latest);
-      points.clear();
-      if (withPoints) {
-        for (const Decimal& point : cycles.points(*latest)) points.push_back(point.text());
-      }
+    const auto [place, isNew] = known.try_emplace(fall->cycle, *fall->cycle);
+    CycleTexts& texts = place->second;
+    if (isNew && withPoints) {
+      for (const Decimal& point : cycles.points(*fall->cycle)) texts.points.push_back(point.text());
     }
     if (records) {
-      records->field(k).field(number).field(static_cast<std::size_t>(fall->tail)).field(texts->order);
-      records->field(texts->least).field(texts->greatest);
-      if (withPoints) records->list(points);
+      records->field(k).field(number).field(static_cast<std::size_t>(fall->tail)).field(texts.order);
+      records->field(texts.least).field(texts.greatest);
+      if (withPoints) records->list(texts.points);
       return;
     }
-    output << number << "\u00A0: " << std::to_string(fall->tail) << " pas, " << texts->sentence;
+    output << number << "\u00A0: " << std::to_string(fall->tail) << " pas, " << texts.sentence;
     output.endLine();
-    for (const std::string& point : points) {
+    for (const std::string& point : texts.points) {
       output << "  " << point;
       output.endLine();
     }

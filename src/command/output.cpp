@@ -1,7 +1,9 @@
 #include "command/output.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <system_error>
 
@@ -61,6 +63,10 @@ void Records::endField() {
 
 // A text with its marks escaped; in CSV it stands in quotation marks only where it must.
 void Records::value(std::string_view text) {
+  if (std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; })) {  // nearly always
+    output_ << (json_ ? "\"" : "") << text << (json_ ? "\"" : "");
+    return;
+  }
   const bool quote = json_ || text.find_first_of("\",\r\n") != std::string_view::npos;
   if (quote) output_ << '"';
   for (const char c : text) {
@@ -82,6 +88,12 @@ Records& Records::field(std::string_view text) {
   value(text);
   endValue();
   return *this;
+}
+
+Records& Records::field(std::size_t number) {
+  std::array<char, 20> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  return field(std::string_view(digits.data(), end));
 }
 
 Records& Records::list(std::span<const std::string> texts) {

@@ -59,7 +59,7 @@ class Records {
 
   /// The next field of the record; the last one closes its line.
   Records& field(std::string_view text);
-  Records& field(std::size_t number) { return field(std::to_string(number)); }
+  Records& field(std::size_t number);
   Records& list(std::span<const std::string> texts);
   /// For a field that is appended to output.buffer() in place, between two calls; digits only.
   void beginField();

@@ -62,10 +62,12 @@ TEST(WrongCall, IsToldKindByKind) {
       {"image -k 3 5 --quoi", "L’option « --quoi » n’existe pas"},
       {"image -k 3 5 --csv=oui", "L’option --csv ne prend pas de valeur"},
       {"image -k 3 5 --csv --json", "--csv et --json s’excluent"},
+      {"image -k 3 --csv", "Il manque un nombre"},
+      {"image -k \xE9 5", "« é » n’est pas un nombre entier, avec « é » : il faut"},
       {"image -k 0 5", "« 0 » est hors des limites : il faut un nombre entier de 1 à 2147483647"},
       {"image -k 2147483648 5", "hors des limites"},
       {"image -k 99999999999999999999 5", "hors des limites"},
-      {"image -k 3,5 5", "« 3,5 » ne peut pas être lue, à cause de « , »"},
+      {"image -k 3,5 5", "« 3,5 » n’est pas un nombre entier, avec « , » : il faut"},
       {"image --puissance= 5", "est vide"},
       {"cycle -k 3 -n 0 5", "La valeur de l’option --pas « 0 » est hors des limites"},
       {"cycle -k 3 --p=7 5", "« --p » est ambiguë : --puissance, --pas, --points"},
@@ -78,7 +80,7 @@ TEST(WrongCall, IsToldKindByKind) {
       {"narcissiques", "Il faut un ordre"},
       {"narcissiques 3 4", "Il faut un ordre"},
       {"narcissiques 0", "L’ordre « 0 » est hors des limites"},
-      {"narcissiques x", "L’ordre « x » ne peut pas être lu"}};
+      {"narcissiques x", "L’ordre « x » n’est pas un nombre entier, avec « x » :"}};
   for (const auto& [line, sentence] : rows) {
     const Call wrong = callLine(line);
     EXPECT_EQ(wrong.status, kWrongCall) << line;
@@ -146,6 +148,15 @@ TEST(Output, GoesToAFile) {
   std::ostringstream content;
   content << std::ifstream(path).rdbuf();
   EXPECT_EQ(content.str(), callLine("cycle -k 2 4 --csv").out);
+  // A call that fails before its first result leaves the file alone, any other one empties it.
+  for (const char* line : {"image -k 3", "image -k 3 5 --csv --json", "cycles --reunir /nowhere/at/all"}) {
+    std::vector<std::string> words = testing::wordsOf(line);
+    words.insert(words.end(), {"-o", path});
+    EXPECT_NE(call(words).status, kSuccess) << line;
+    EXPECT_GT(std::ifstream(path).seekg(0, std::ios::end).tellg(), 0) << line;
+  }
+  EXPECT_EQ(call({"image", "-k", "3", "-", "-o", path}).status, kSuccess);
+  EXPECT_EQ(std::ifstream(path).seekg(0, std::ios::end).tellg(), 0);
   std::remove(path.c_str());
 
   const Call refused = callLine("image -k 3 5 -o /nowhere/at/all");

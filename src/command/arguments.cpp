@@ -28,7 +28,7 @@ std::int32_t readInteger(std::string_view text, const std::string& what, std::in
   const auto other = std::ranges::find_if_not(text, [](char c) { return c >= '0' && c <= '9'; });
   if (other != text.end()) {
     const std::string_view rest = text.substr(static_cast<std::size_t>(other - text.begin()));
-    throw WrongCall(what + " " + quoted(text) + " ne peut pas être lue, à cause de " +
+    throw WrongCall(what + " " + quoted(text) + " n'est pas un nombre entier, avec " +
                     text::characterName(rest.substr(0, text::firstCharacterSize(rest))) + limits);
   }
   std::int32_t value = 0;

@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 #include "command/atlas_pages.h"
@@ -11,6 +12,7 @@
 #include "command/typography.h"
 #include "engine/atlas/range.h"
 #include "engine/atlas/silhouette_map.h"
+#include "engine/text/reason.h"
 
 namespace zelvion::command {
 namespace {
@@ -24,12 +26,18 @@ constexpr std::array kOptions = {
     kHelpOption,
     kHelpAlias};
 
+[[noreturn]] void fail(const std::string& what, const std::filesystem::path& path,
+                       const std::error_code& error) {
+  throw std::runtime_error("Impossible " + what + " « " + path.string() + " » : " + text::reasonOf(error) +
+                           ".");
+}
+
 void writeFile(const std::filesystem::path& path, const std::string& text) {
   errno = 0;
   std::ofstream file(path, std::ios::binary);
   file << text;
   file.close();
-  if (!file) throw std::system_error(errno == 0 ? EIO : errno, std::generic_category(), path.string());
+  if (!file) fail("d'écrire le fichier", path, {errno == 0 ? EIO : errno, std::generic_category()});
 }
 
 int run(const Arguments& arguments, Output& output, Environment& environment) {
@@ -44,7 +52,9 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   }
   // Made before the work, which may be long: what cannot be written is told at once.
   const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
-  if (!image) std::filesystem::create_directories(folder);
+  std::error_code error;
+  if (!image) std::filesystem::create_directories(folder, error);
+  if (error) fail("de créer le dossier", folder, error);
   std::vector<AtlasFacts> facts;
   for (std::int32_t k = powers.first; k <= powers.last; ++k) {
     auto found = findFacts(k, work, environment);

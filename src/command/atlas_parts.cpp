@@ -1,13 +1,16 @@
 #include "command/atlas_parts.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
+#include <system_error>
 
 #include "engine/atlas/range.h"
+#include "engine/text/reason.h"
 #include "engine/transform/transformation.h"
 
 namespace zelvion::command {
@@ -76,8 +79,11 @@ AtlasPart partOf(const Json& json) {
 }
 
 AtlasPart readPart(const std::string& file) {
+  errno = 0;
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw std::runtime_error("Le fichier « " + file + " » ne peut pas être ouvert.");
+  if (!stream)
+    throw std::runtime_error("Le fichier « " + file + " » ne peut pas être ouvert : " +
+                             text::reasonOf({errno, std::generic_category()}) + ".");
   try {
     return partOf(Json::parse(stream));
   } catch (const std::bad_alloc&) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 
 #include "command/atlas_parts.h"
 #include "command/atlas_work.h"
@@ -169,12 +170,16 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   if (asDot && (output.format() != Format::kText || withBasins))
     throw WrongCall("L'option --dot ne va pas avec --csv, --json ou --bassins.");
   if (arguments.has("reunir")) {
-    if (arguments.has("puissance") || arguments.has("partie"))
+    if (arguments.has("puissance") || arguments.has("partie") || arguments.has("chiffres"))
       throw WrongCall(
-          "Avec --reunir, la puissance et les parties sont celles des fichiers : n'en donnez pas d'autres.");
+          "Avec --reunir, la puissance, les parties et les chiffres sont ceux des fichiers : n'en donnez pas "
+          "d'autres.");
     if (arguments.operands().empty()) throw WrongCall("Il manque les fichiers à réunir.");
     AtlasPart whole = joinedParts(arguments.operands());
     const bool counted = whole.basins.has_value();
+    if (withBasins && !counted)
+      throw std::runtime_error(
+          "Ces parties sont sans les bassins : refaites-les avec --bassins, ou réunissez-les sans.");
     AtlasFacts facts = counted
                            ? factsOf(whole.k, std::move(whole.cycles), std::move(*whole.basins))
                            : AtlasFacts{whole.k, atlas::rangeDigits(whole.k), std::move(whole.cycles), {}};
@@ -197,9 +202,12 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
     work.part = partOf(*part);
     AtlasPart done{powers.first, work.part, {}, {}};
     auto cycles = findCycles(powers.first, work, environment);
-    if (!cycles) return kInterrupted;
+    if (cycles && withBasins) done.basins = countBasins(powers.first, work, environment);
+    if (!cycles || (withBasins && !done.basins)) {
+      tellInterrupted(powers.first, environment);
+      return kInterrupted;
+    }
     done.cycles = std::move(*cycles);
-    if (withBasins && !(done.basins = countBasins(powers.first, work, environment))) return kInterrupted;
     output << jsonOf(done);
     return kSuccess;
   }

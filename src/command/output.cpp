@@ -10,6 +10,7 @@
 namespace zelvion::command {
 
 void Output::write() {
+  if (prepare_) std::exchange(prepare_, nullptr)();
   errno = 0;
   target_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
   buffer_.clear();
@@ -19,11 +20,16 @@ void Output::write() {
 }
 
 void Output::flush() {
-  write();
+  if (!buffer_.empty()) write();
   errno = 0;
   if (target_.flush()) return;
   if (errno == EPIPE) throw ClosedPipe();
   throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
+}
+
+void Output::finish() {
+  write();
+  flush();
 }
 
 Records::Records(Output& output, std::span<const std::string_view> names)

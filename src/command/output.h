@@ -1,10 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <ostream>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zelvion::command {
 
@@ -17,8 +19,9 @@ enum class Format { kText, kCsv, kJson };
 /// Where the results go, in large pieces. What cannot be written throws std::system_error, or ClosedPipe.
 class Output {
  public:
-  /// `format` is for whoever writes.
-  Output(std::ostream& target, Format format) : format_(format), target_(target) {}
+  /// `format` is for whoever writes; `prepare` is called once, before anything is written.
+  Output(std::ostream& target, Format format, std::function<void()> prepare = {})
+      : format_(format), target_(target), prepare_(std::move(prepare)) {}
 
   Format format() const noexcept { return format_; }
 
@@ -39,6 +42,8 @@ class Output {
   std::string& buffer() noexcept { return buffer_; }
   /// Hands on what was written so far.
   void flush();
+  /// The same at the end: also what is empty is the result then.
+  void finish();
 
  private:
   static constexpr std::size_t kFull = 1 << 16;
@@ -46,6 +51,7 @@ class Output {
 
   Format format_;
   std::ostream& target_;
+  std::function<void()> prepare_;
   std::string buffer_;
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
+#include <system_error>
 
 #include "command/run.h"
 #include "command/typography.h"
@@ -10,7 +12,12 @@ namespace zelvion::command {
 
 ProgressLine::ProgressLine(const Environment& environment, std::function<Standing()> standing)
     : err_(environment.err), standing_(std::move(standing)), start_(std::chrono::steady_clock::now()) {
-  if (environment.errIsTerminal) thread_ = std::thread([this] { run(); });
+  if (!environment.errIsTerminal) return;
+  try {
+    thread_ = std::thread([this] { run(); });
+  } catch (const std::system_error&) {
+    // Where the system gives no thread, the work goes on unseen.
+  }
 }
 
 ProgressLine::~ProgressLine() {
@@ -33,7 +40,13 @@ void ProgressLine::run() {
   constexpr auto kFirst = std::chrono::milliseconds(500);
   constexpr auto kNext = std::chrono::milliseconds(200);
   std::unique_lock lock(mutex_);
-  for (auto pause = kFirst; !ended_.wait_for(lock, pause, [&] { return end_; }); pause = kNext) show();
+  for (auto pause = kFirst; !ended_.wait_for(lock, pause, [&] { return end_; }); pause = kNext) {
+    try {
+      show();
+    } catch (const std::bad_alloc&) {
+      // The work may need what memory there is, or tell that it does not suffice.
+    }
+  }
 }
 
 void ProgressLine::show() {
@@ -43,7 +56,8 @@ void ProgressLine::show() {
   std::string line = std::to_string(static_cast<int>(share * 100)) + "\u00A0% · " + standing.text;
   if (share > 0.01) line += " · reste " + durationText(elapsed.count() * (1 - share) / share);
   clear();
-  err_ << typeset(line) << std::flush;
+  // A line that is longer than the terminal is wide must not wrap: only its last row would go away again.
+  err_ << "\033[?7l" + typeset(line) + "\033[?7h" << std::flush;
   shown_ = true;
 }
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <new>
 #include <system_error>
 
@@ -111,11 +113,25 @@ class Call {
                                                   : Format::kText;
     const auto file = arguments.value("sortie");
     if (!file) return carryOut(arguments, environment_.out, format);
-    target_ = "le fichier « " + std::string(*file) + " »";
+    return toFile(std::string(*file), arguments, format);
+  }
+
+  // The file is opened before the work, so that what cannot be written is told at once, and emptied when
+  // there is something to write: a call that fails before leaves it as it was.
+  int toFile(const std::string& file, const Arguments& arguments, Format format) {
+    target_ = "le fichier « " + file + " »";
     errno = 0;
-    std::ofstream stream(std::string(*file), std::ios::binary);
+    std::ofstream stream(file, std::ios::binary | std::ios::app);
     if (!stream) throw std::system_error(errno, std::generic_category());
-    return carryOut(arguments, stream, format);
+    std::error_code unknown;
+    const bool isRegular = std::filesystem::is_regular_file(file, unknown);
+    if (isRegular && std::ranges::find(arguments.operands(), "-") != arguments.operands().end() &&
+        std::filesystem::equivalent(file, "/dev/stdin", unknown))
+      throw WrongCall("Le fichier « " + file +
+                      " » est aussi l'entrée standard : donnez-en un autre à l'option -o.");
+    return carryOut(arguments, stream, format, [&] {
+      if (isRegular) std::filesystem::resize_file(file, 0);
+    });
   }
 
   // The options of a call without a subcommand.
@@ -127,8 +143,9 @@ class Call {
   }
 
   // What was written before something went wrong is kept.
-  int carryOut(const Arguments& arguments, std::ostream& stream, Format format) {
-    Output output(stream, format);
+  int carryOut(const Arguments& arguments, std::ostream& stream, Format format,
+               std::function<void()> prepare = {}) {
+    Output output(stream, format, std::move(prepare));
     int status = kFailure;
     try {
       status = subcommand_->run(arguments, output, environment_);
@@ -136,11 +153,13 @@ class Call {
       throw;
     } catch (const ClosedPipe&) {
       throw;
+    } catch (const WrongCall&) {
+      throw;
     } catch (...) {
       output.flush();
       throw;
     }
-    output.flush();
+    output.finish();
     return environment_.progress.stop ? kInterrupted : status;
   }
 

@@ -2,12 +2,16 @@
 
 #include <array>
 
+#include "engine/text/utf8.h"
+
 namespace zelvion::command {
 
-std::string typeset(std::string_view text) {
+std::string typeset(std::string_view bytes) {
   constexpr std::string_view kNoBreak = "\u00A0";
   constexpr std::array<std::string_view, 5> kAfterBlank = {":", ";", "!", "?", "»"};
   constexpr std::string_view kOpening = "«";
+  const std::string whole = text::fromBytes(bytes);
+  const std::string_view text = whole;
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const std::string_view rest = text.substr(i + 1);

@@ -122,6 +122,12 @@ TEST_F(AtlasCalls, PartsOfOtherWorkOrDamagedAreTold) {
     EXPECT_NE(result.err.find(told), std::string::npos) << result.err;
   }
   EXPECT_EQ(joined("f").status, kSuccess);
+  // The result may take the place of a part, and a whole without basins is none with them.
+  partTo("g", "-k 5 --partie 1/2");
+  const std::string both = "cycles --reunir " + path("g") + " " + path("c");
+  EXPECT_EQ(callLine(both + " --bassins").status, kFailure);
+  EXPECT_EQ(callLine(both + " -o " + path("g")).status, kSuccess);
+  EXPECT_EQ(timesIn(read("g"), "\n"), 2U + 17);
   const std::string good = read("f");
   const std::pair<const char*, const char*> damages[] = {{R"("sous":\["0",)", R"("sous":["1",)"},
                                                          {R"("sous":\[("[0-9]+",?)+\])", R"("sous":["0"])"},
@@ -145,17 +151,23 @@ TEST_F(AtlasCalls, PartsOfOtherWorkOrDamagedAreTold) {
 }
 
 TEST_F(AtlasCalls, WrongCallsAreTold) {
-  for (const char* line : {"cycles", "cycles -k 0", "cycles -k 131", "cycles -k 3 4",
-                           "cycles -k 3 --partie 3", "cycles -k 3 --partie 3/2", "cycles -k 3 --partie 0/2",
-                           "cycles -k 2..3 --partie 1/2", "cycles -k 3 --csv --partie 1/2", "cycles --reunir",
-                           "cycles -k 3 --reunir x", "cycles -k 3 --dot --csv", "cycles -k 3 --chiffres 0",
-                           "atlas", "atlas 3..2", "atlas 2 3", "atlas 6 --image x", "atlas 2..3 --image x"}) {
+  for (const char* line :
+       {"cycles", "cycles -k 0", "cycles -k 131", "cycles -k 3 4", "cycles -k 3 --partie 3",
+        "cycles -k 3 --partie 3/2", "cycles -k 3 --partie 0/2", "cycles -k 2..3 --partie 1/2",
+        "cycles -k 3 --csv --partie 1/2", "cycles --reunir", "cycles -k 3 --reunir x",
+        "cycles --reunir --chiffres 3 x", "cycles -k 3 --dot --csv", "cycles -k 3 --chiffres 0", "atlas",
+        "atlas 3..2", "atlas 2 3", "atlas 6 --image x", "atlas 2..3 --image x"}) {
     const auto wrong = callLine(line);
     EXPECT_EQ(wrong.status, kWrongCall) << line;
     EXPECT_EQ(wrong.out, "");
     EXPECT_NE(wrong.err, "");
   }
-  EXPECT_EQ(callLine("atlas 2 -o /dev/null/atlas").status, kFailure);
+  for (const char* line : {"atlas 2 -o /dev/null/atlas", "atlas 2 --image /dev/null/atlas"}) {
+    const auto failed = callLine(line);
+    EXPECT_EQ(failed.status, kFailure) << line;
+    EXPECT_NE(failed.err.find("«\u00A0/dev/null/atlas\u00A0»\u00A0: son chemin"), std::string::npos)
+        << failed.err;
+  }
 }
 
 TEST_F(AtlasCalls, PagesTellWhatTheyShow) {

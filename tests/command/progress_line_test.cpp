@@ -30,7 +30,7 @@ TEST(ProgressLine, ShowsShareAndTextAndGoesAway) {
     twice.get_future().wait();
   }
   const std::string text = shown.err.str();
-  EXPECT_TRUE(text.starts_with("50\u00A0% · 12 nombres trouvés · reste ")) << text;
+  EXPECT_TRUE(text.starts_with("\033[?7l50\u00A0% · 12 nombres trouvés · reste ")) << text;
   EXPECT_TRUE(text.ends_with("\r\033[K"));
 }
 

@@ -26,11 +26,24 @@ std::vector<std::string> subcommands() {
   return {std::sregex_token_iterator(list.begin(), list.end(), kName, 1), std::sregex_token_iterator()};
 }
 
-TEST(Help, ShowsExamplesThatAreTrue) {
-  // One of them writes where it is called.
-  std::string folder = (std::filesystem::temp_directory_path() / "zelvion-help-XXXXXX").string();
-  const auto before = std::filesystem::current_path();
-  std::filesystem::current_path(::mkdtemp(folder.data()));
+// In a folder of its own: one of the examples writes where it is called.
+class Help : public ::testing::Test {
+ protected:
+  Help() {
+    if (::mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no folder to test in");
+    std::filesystem::current_path(folder_);
+  }
+  ~Help() override {
+    std::filesystem::current_path(before_);
+    std::filesystem::remove_all(folder_);
+  }
+
+ private:
+  std::filesystem::path before_ = std::filesystem::current_path();
+  std::string folder_ = (std::filesystem::temp_directory_path() / "zelvion-help-XXXXXX").string();
+};
+
+TEST_F(Help, ShowsExamplesThatAreTrue) {
   ASSERT_GE(subcommands().size(), 6U);
   for (const std::string& name : subcommands()) {
     const Call help = call({name, "--aide"});
@@ -44,11 +57,9 @@ TEST(Help, ShowsExamplesThatAreTrue) {
     std::string shown = std::regex_replace(example[2].str(), std::regex("(^|\n)  "), "$1");
     EXPECT_EQ(callLine(example[1]).out, shown) << name;
   }
-  std::filesystem::current_path(before);
-  std::filesystem::remove_all(folder);
 }
 
-TEST(Help, IsWrittenAsTheFrenchDo) {
+TEST_F(Help, IsWrittenAsTheFrenchDo) {
   std::string texts = callLine("--aide").out + callLine("").err + callLine("image -k 3 x").err;
   for (const std::string& name : subcommands()) texts += call({name, "-h"}).out;
   EXPECT_FALSE(std::regex_search(texts, std::regex(" [:;!?]| »|« |[a-z]'")));
@@ -70,10 +81,12 @@ TEST(WrongCall, IsToldKindByKind) {
       {"image -k 3 5 --quoi", "L’option « --quoi » n’existe pas"},
       {"image -k 3 5 --csv=oui", "L’option --csv ne prend pas de valeur"},
       {"image -k 3 5 --csv --json", "--csv et --json s’excluent"},
+      {"image -k 3 --csv", "Il manque un nombre"},
+      {"image -k \xE9 5", "« é » n’est pas un nombre entier, avec « é » : il faut"},
       {"image -k 0 5", "« 0 » est hors des limites : il faut un nombre entier de 1 à 2147483647"},
       {"image -k 2147483648 5", "hors des limites"},
       {"image -k 99999999999999999999 5", "hors des limites"},
-      {"image -k 3,5 5", "« 3,5 » ne peut pas être lue, à cause de « , »"},
+      {"image -k 3,5 5", "« 3,5 » n’est pas un nombre entier, avec « , » : il faut"},
       {"image --puissance= 5", "est vide"},
       {"cycle -k 3 -n 0 5", "La valeur de l’option --pas « 0 » est hors des limites"},
       {"cycle -k 3 --p=7 5", "« --p » est ambiguë : --puissance, --pas, --points"},
@@ -86,7 +99,7 @@ TEST(WrongCall, IsToldKindByKind) {
       {"narcissiques", "Il faut un ordre"},
       {"narcissiques 3 4", "Il faut un ordre"},
       {"narcissiques 0", "L’ordre « 0 » est hors des limites"},
-      {"narcissiques x", "L’ordre « x » ne peut pas être lu"}};
+      {"narcissiques x", "L’ordre « x » n’est pas un nombre entier, avec « x » :"}};
   for (const auto& [line, sentence] : rows) {
     const Call wrong = callLine(line);
     EXPECT_EQ(wrong.status, kWrongCall) << line;
@@ -154,6 +167,15 @@ TEST(Output, GoesToAFile) {
   std::ostringstream content;
   content << std::ifstream(path).rdbuf();
   EXPECT_EQ(content.str(), callLine("cycle -k 2 4 --csv").out);
+  // A call that fails before its first result leaves the file alone, any other one empties it.
+  for (const char* line : {"image -k 3", "image -k 3 5 --csv --json", "cycles --reunir /nowhere/at/all"}) {
+    std::vector<std::string> words = testing::wordsOf(line);
+    words.insert(words.end(), {"-o", path});
+    EXPECT_NE(call(words).status, kSuccess) << line;
+    EXPECT_GT(std::ifstream(path).seekg(0, std::ios::end).tellg(), 0) << line;
+  }
+  EXPECT_EQ(call({"image", "-k", "3", "-", "-o", path}).status, kSuccess);
+  EXPECT_EQ(std::ifstream(path).seekg(0, std::ios::end).tellg(), 0);
   std::remove(path.c_str());
 
   const Call refused = callLine("image -k 3 5 -o /nowhere/at/all");

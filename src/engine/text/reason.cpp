@@ -11,7 +11,7 @@ struct Reason {
   const char* text;
 };
 
-constexpr std::array<Reason, 27> kReasons = {{
+constexpr std::array<Reason, 28> kReasons = {{
     {EACCES, "l’accès est refusé"},
     {EPERM, "l’opération n’est pas permise"},
     {EROFS, "le disque est en lecture seule"},
@@ -31,6 +31,7 @@ constexpr std::array<Reason, 27> kReasons = {{
     {ESTALE, "le disque du réseau n’est plus là"},
     {EUCLEAN, "le disque est endommagé"},
     {ENOKEY, "son dossier est chiffré et n’est pas déverrouillé"},
+    {EBADF, "le flux est fermé"},
     {ENOMEM, "la mémoire ne suffit pas"},
     {ENFILE, "trop de fichiers sont ouverts"},
     {EMFILE, "trop de fichiers sont ouverts"},

@@ -50,7 +50,7 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   if (image && (powers.first != powers.last || powers.first < 2 || powers.first > atlas::kMaxMapPower)) {
     throw WrongCall("Une carte se dessine pour une seule puissance, de 2 à 5.");
   }
-  // Made before the work, which may be long: what cannot be written is told at once.
+  // A folder that cannot be made is told before the work, which may be long.
   const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
   std::error_code error;
   if (!image) std::filesystem::create_directories(folder, error);
@@ -61,18 +61,18 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
     if (!found) break;
     facts.push_back(std::move(*found));
   }
-  const bool whole = facts.size() == static_cast<std::size_t>(powers.last - powers.first) + 1;
-  if (!whole) tellInterrupted(powers.first + static_cast<std::int32_t>(facts.size()), environment);
-  if (facts.empty()) return kInterrupted;
-  if (image) {
+  if (image && !facts.empty()) {
     writeFile(std::string(*image), mapPicture(facts.front(), true));
-    return kSuccess;
+  } else if (!facts.empty()) {
+    const auto pages = atlasPages(facts);
+    for (const auto& [name, text] : pages) writeFile(folder / name, text);
+    output << typeset(counted(pages.size(), "fichier") + " dans « " + folder.string() + " » : ouvrez ")
+           << (folder / "index.html").string() << ".\n";
   }
-  const auto pages = atlasPages(facts);
-  for (const auto& [name, text] : pages) writeFile(folder / name, text);
-  output << typeset(counted(pages.size(), "fichier") + " dans « " + folder.string() + " » : ouvrez ")
-         << (folder / "index.html").string() << ".\n";
-  return whole ? kSuccess : kInterrupted;
+  const std::int32_t next = powers.first + static_cast<std::int32_t>(facts.size());
+  if (next > powers.last) return kSuccess;
+  tellInterrupted(next, environment);
+  return kInterrupted;
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ std::optional<atlas::Basins> countBasins(std::int32_t k, const AtlasWork& work, 
 
 void tellInterrupted(std::int32_t k, Environment& environment) {
   environment.err << typeset("velmoire : interrompu pendant la puissance " + std::to_string(k) +
-                             ", dont rien n'est donné ; ce qui a été trouvé avant est là.\n");
+                             ", dont rien n'est donné.\n");
 }
 
 AtlasFacts factsOf(std::int32_t k, std::vector<atlas::Cycle> cycles, atlas::Basins basins) {

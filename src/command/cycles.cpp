@@ -244,8 +244,8 @@ constinit const Subcommand kCycles = {
     "Cherche tous les cycles de la puissance k, points fixes compris ; la liste est\n"
     "complète. Avec --bassins, compte exactement combien de nombres finissent dans chacun\n"
     "et combien de pas il leur faut. La liste dure une seconde pour k = 30, une minute pour\n"
-    "k = 60 ; compter dure autant pour k = 30 et k = 40. Plusieurs machines se partagent\n"
-    "le travail, par exemple avec GNU parallel :\n"
+    "k = 60 ; compter dure dix secondes pour k = 30, une minute pour k = 40. Plusieurs\n"
+    "machines se partagent le travail, par exemple avec GNU parallel :\n"
     "  parallel velmoire cycles -k 40 --partie {}/8 -o {}.json ::: 1 2 3 4 5 6 7 8\n"
     "  velmoire cycles --reunir *.json",
     "$ velmoire cycles -k 2 --bassins\n"

@@ -130,18 +130,18 @@ TEST_F(AtlasCalls, PartsOfOtherWorkOrDamagedAreTold) {
   EXPECT_EQ(callLine(both + " -o " + path("g")).status, kSuccess);
   EXPECT_EQ(timesIn(read("g"), "\n"), 2U + 17);
   const std::string good = read("f");
-  const std::pair<const char*, const char*> damages[] = {{R"("sous":\["0",)", R"("sous":["1",)"},
-                                                         {R"("pas":\[("[0-9]+",?)+\])", R"("pas":[])"},
+  const std::pair<std::string, std::string> damages[] = {{R"("sous":["0",)", R"("sous":["1",)"},
+                                                         {R"("pas":[")", R"("pas":["1",")"},
                                                          {"54748", "54747"},
                                                          {R"("chiffres":6)", R"("chiffres":60)"},
-                                                         {R"("cycles":\[\[[^\]]*\],)", R"("cycles":[)"},
+                                                         {R"(["194979"],)", ""},
                                                          {R"("plus_loin":")", R"("plus_loin":"1)"},
                                                          {R"("parties":2)", R"("parties":-1)"},
-                                                         {R"(\}\s*$)", ""},
-                                                         {R"(^[^]*$)", ""}};
+                                                         {good.substr(good.size() / 2), ""},
+                                                         {good, ""}};
   for (const auto& [what, by] : damages) {
-    write("f", std::regex_replace(good, std::regex(what), by, std::regex_constants::format_first_only));
-    ASSERT_TRUE(read("f") != good) << what;
+    ASSERT_NE(good.find(what), std::string::npos) << what;
+    write("f", std::string(good).replace(good.find(what), what.size(), by));
     EXPECT_EQ(joined("f").status, kFailure) << what << " -> " << by;
     EXPECT_EQ(joined("f").out, "");
     EXPECT_NE(joined("f").err.find("refaites"), std::string::npos) << joined("f").err;
@@ -185,7 +185,9 @@ TEST_F(AtlasCalls, PagesTellWhatTheyShow) {
     EXPECT_EQ(timesIn(page, "<svg"), count) << name;
     EXPECT_EQ(timesIn(page, "role=\"img\""), count) << name;
     EXPECT_EQ(timesIn(page, "</title><desc>"), count) << name;
-    EXPECT_EQ(timesIn(page, "nan\""), 0U) << name << " has a place that is no number";
+    for (const char* noNumber : {"nan\"", " nan", ",nan", "-nan", "Hnan", "Vnan"}) {
+      EXPECT_EQ(timesIn(page, noNumber), 0U) << name;
+    }
     for (const char* outside : {"http://", "https://", "<script", "<link", "@import"}) {
       const std::size_t names = timesIn(page, "xmlns=\"http://www.w3.org/2000/svg\"");
       EXPECT_EQ(timesIn(page, outside), std::string(outside) == "http://" ? names : 0)

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <filesystem>
@@ -50,11 +52,13 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   if (image && (powers.first != powers.last || powers.first < 2 || powers.first > atlas::kMaxMapPower)) {
     throw WrongCall("Une carte se dessine pour une seule puissance, de 2 à 5.");
   }
-  // A folder that cannot be made is told before the work, which may be long.
+  // A folder that cannot be made or written in is told before the work, which may be long.
   const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
   std::error_code error;
   if (!image) std::filesystem::create_directories(folder, error);
   if (error) fail("de créer le dossier", folder, error);
+  if (!image && ::access(folder.c_str(), W_OK | X_OK) != 0)
+    fail("d'écrire dans le dossier", folder, {errno, std::generic_category()});
   std::vector<AtlasFacts> facts;
   for (std::int32_t k = powers.first; k <= powers.last; ++k) {
     auto found = findFacts(k, work, environment);

@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "engine/work/pieces.h"
+#include "engine/parallel/pieces.h"
 
 namespace zelvion::command {
 

@@ -38,13 +38,6 @@ TEST(FixedPoints, OfOrdersAbove60AreNoneAndItSaysWhy) {
   EXPECT_NE(csv.err.find("aucun"), std::string::npos);
 }
 
-TEST(FixedPoints, DoNotDependOnTheThreads) {
-  const std::string one = callLine("points-fixes -k 2..30 --json --fils 1").out;
-  for (const char* threads : {"2", "5"}) {
-    EXPECT_EQ(call({"points-fixes", "-k", "2..30", "--json", "--fils", threads}).out, one) << threads;
-  }
-}
-
 TEST(FixedPoints, FoundBeforeAStopAreThere) {
   const Call stopped = callUntil({"points-fixes", "-k", "17..61"}, "21897142587612075");
   EXPECT_EQ(stopped.status, kInterrupted);

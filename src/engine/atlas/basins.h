@@ -8,7 +8,7 @@
 #include "engine/arith/decimal.h"
 #include "engine/atlas/cycle.h"
 #include "engine/atlas/cycle_list.h"
-#include "engine/work/pieces.h"
+#include "engine/parallel/pieces.h"
 
 namespace zelvion::atlas {
 

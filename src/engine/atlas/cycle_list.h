@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/atlas/cycle.h"
-#include "engine/work/pieces.h"
+#include "engine/parallel/pieces.h"
 
 namespace zelvion::atlas {
 

@@ -17,7 +17,7 @@
 #include "engine/atlas/cycle_list.h"
 #include "engine/atlas/range.h"
 #include "engine/atlas/rarity.h"
-#include "engine/work/pieces.h"
+#include "engine/parallel/pieces.h"
 
 namespace zelvion::atlas {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/arith/decimal.h"
-#include "engine/work/pieces.h"
+#include "engine/parallel/pieces.h"
 
 namespace zelvion {
 

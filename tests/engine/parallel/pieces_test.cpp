@@ -1,4 +1,4 @@
-#include "engine/work/pieces.h"
+#include "engine/parallel/pieces.h"
 
 #include <gtest/gtest.h>
 

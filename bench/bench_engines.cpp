@@ -10,7 +10,7 @@
 #include "engine/fixedpoints/complete_search.h"
 #include "engine/fixedpoints/multiset_walk.h"
 #include "engine/transform/transformation.h"
-#include "form/velmoire.h"
+#include "form/shell/velmoire.h"
 
 namespace zelvion {
 namespace {
@@ -71,7 +71,7 @@ void CycleSearch(State& state) {
   for (auto _ : state) {
     DigitPower power(std::to_string(state.range(0)));
     CycleFinder finder(power, "789");
-    const std::optional<Cycle> cycle = finder.advance(limit);
+    const std::optional<Return> cycle = finder.advance(limit);
     steps = cycle ? cycle->step : limit;
   }
   state.counters["steps"] = steps;

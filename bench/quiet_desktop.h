@@ -9,8 +9,8 @@
 #include <system_error>
 
 #include "files/files.h"
-#include "form/desktop.h"
-#include "form/velmoire.h"
+#include "form/shell/desktop.h"
+#include "form/shell/velmoire.h"
 
 namespace zelvion::bench {
 

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QWindow>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <memory>
@@ -22,12 +23,12 @@
 #include <system_error>
 #include <vector>
 
-#include "desktop/application.h"
-#include "desktop/long_text.h"
 #include "desktop/qt_desktop.h"
-#include "form/forms.h"
-#include "form/velmoire.h"
+#include "form/shell/forms.h"
+#include "form/shell/velmoire.h"
 #include "measure.h"
+#include "widgets/application.h"
+#include "widgets/long_text.h"
 
 namespace zelvion::bench {
 namespace {
@@ -35,6 +36,12 @@ namespace {
 constexpr const char* kShown = "shown";  // the first word for a process that starts and says when it is seen
 
 std::string program;  // this one, to be started anew
+
+std::array<char*, 2>& arguments() {
+  static char name[] = "window";
+  static std::array<char*, 2> arguments = {name, nullptr};
+  return arguments;
+}
 
 QString digits(int count) { return QString("1234567890").repeated(count / 10 + 1).left(count); }
 
@@ -74,14 +81,14 @@ void waitUntilDrawn() {
 }
 
 void show(const std::string& whose) {
-  int count = 0;
   if (whose == "Qt") {
+    int count = 0;
     const QApplication application(count, nullptr);
     const auto window = plainWindow();
     window->show();
     waitUntilDrawn();
   } else {
-    const Application application(count, nullptr);
+    const Application application(1, arguments().data(), "zelvion");
     QtDesktop desktop;
     Velmoire form(desktop);
     desktop.show(form);
@@ -173,8 +180,7 @@ void refuse(Measure& measure, int length) {
 void run(Measure& measure, const std::vector<std::string>& a) {
   const std::string& work = a.at(0);
   if (work == "start") return start(measure, a.at(1));
-  int count = 0;
-  const Application application(count, nullptr);
+  const Application application(1, arguments().data(), "zelvion");
   if (work == "paste") return paste(measure, a.at(1), std::stoi(a.at(2)));
   if (work == "refuse") return refuse(measure, std::stoi(a.at(2)));
   throw std::invalid_argument("unknown work: " + work);

@@ -6,19 +6,19 @@ _velmoire() {
   local subcommand=${COMP_WORDS[1]} words help
   COMPREPLY=()
   case $previous in
-    -o | --sortie)
+    -o | = | --sortie | --reprise)
       compopt -o default
       return
       ;;
     -k | -n) return ;;
   esac
-  if [ "$COMP_CWORD" -eq 1 ]; then
+  if [[ $COMP_CWORD -eq 1 || ($COMP_CWORD -eq 2 && $subcommand == aide) ]]; then
     help=$("$program" --aide 2>/dev/null)
-    words=$(sed -n '/^Sous-commandes/,/^$/s/^  \([a-z-]*\) .*/\1/p' <<<"$help")
-    words+=$'\n--aide\n--version'
+    words=$(sed -n '/^Sous-commandes/,/^$/s/^  \([a-z-]\{1,\}\) .*/\1/p' <<<"$help")
+    [ "$COMP_CWORD" -eq 2 ] || words+=$'\naide\n--aide\n--version'
   elif [[ $word == -* ]]; then
     help=$("$program" "$subcommand" --aide 2>/dev/null)
-    words=$(sed -n '/^Options/,/^$/{s/^  -., */  /;s/^ *\(--[a-z-]*=\{0,1\}\).*/\1/p}' <<<"$help")
+    words=$(sed -n '/^Options/,/^$/s/^  \(    \|-., \)\(--[a-z-]*=\{0,1\}\).*/\2/p' <<<"$help")
   else
     compopt -o default
     return

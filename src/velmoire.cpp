@@ -65,8 +65,8 @@ int main(int argc, char** argv) {
   Input input;
   std::istream in(&input);
   const unsigned threads = std::max(1U, std::thread::hardware_concurrency());
-  zelvion::command::Environment environment{in,      std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1,
-                                            threads, progress};
+  zelvion::command::Environment environment{
+      in, std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1, threads, progress, ::isatty(STDIN_FILENO) == 1};
   const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
   return zelvion::command::run(words, environment);
 }

@@ -3,7 +3,7 @@
 
 #include <iostream>
 
-#include "form/forms.h"
+#include "form/shell/forms.h"
 
 int main() {
   using zelvion::Kind;

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 
+#include "command/spelling.h"
 #include "engine/text/utf8.h"
 
 namespace zelvion::command {
 namespace {
 
-std::string quoted(std::string_view text) { return "« " + text::shortened(text) + " »"; }
+using text::quoted;
 
 std::string longForm(const Option& option) {
   return "--" + std::string(option.name) + (option.value.empty() ? "" : "=" + std::string(option.value));
@@ -39,6 +39,11 @@ std::int32_t readInteger(std::string_view text, const std::string& what, std::in
 }
 
 }  // namespace
+
+std::string textOf(IntegerRange range) {
+  const std::string first = std::to_string(range.first);
+  return range.first == range.last ? first : first + ".." + std::to_string(range.last);
+}
 
 Arguments::Arguments(std::span<const Option> options, std::span<const std::string> words)
     : options_(options) {
@@ -94,8 +99,12 @@ const Option& Arguments::named(std::string_view name) const {
   }
   if (candidates.find(',') != std::string::npos)
     throw WrongCall("L'option " + quoted("--" + std::string(name)) + " est ambiguë : " + candidates + ".");
-  if (found == nullptr) throw WrongCall("L'option " + quoted("--" + std::string(name)) + " n'existe pas.");
-  return *found;
+  if (found != nullptr) return *found;
+  std::vector<std::string_view> names;
+  for (const Option& option : options_) names.push_back(option.name);
+  const std::string near(nearest(name, names));
+  throw WrongCall("L'option " + quoted("--" + std::string(name)) + " n'existe pas." +
+                  (near.empty() ? "" : " Vouliez-vous dire " + quoted("--" + near) + " ?"));
 }
 
 const Option& Arguments::lettered(std::string_view cluster) const {
@@ -134,9 +143,9 @@ IntegerRange Arguments::range(std::string_view name, std::int32_t least, std::in
   return readRange(*value(name), "La valeur de l'option --" + std::string(name), least, greatest);
 }
 
-std::int32_t Arguments::power() const {
+std::int32_t Arguments::power(std::int32_t greatest) const {
   given("puissance");
-  return integer("puissance", 0, 1, std::numeric_limits<std::int32_t>::max());
+  return integer("puissance", 0, 1, greatest);
 }
 
 IntegerRange readRange(std::string_view text, const std::string& what, std::int32_t least,

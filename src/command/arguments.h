@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <optional>
 #include <span>
@@ -29,6 +30,8 @@ struct IntegerRange {
   std::int32_t first;
   std::int32_t last;
 };
+/// "A..B", or "A" if there is no other.
+std::string textOf(IntegerRange range);
 
 /// The words of a call, parted into options and operands by the conventions of the GNU tools: options and
 /// operands in any order, "-k3", "-k 3", "--puissance=3", "--puissance 3", "--puis 3" where no other name
@@ -51,8 +54,8 @@ class Arguments {
                        std::int32_t greatest) const;
   /// The value of an option as an integer or a range "A..B" of them, which has to be given. Throws WrongCall.
   IntegerRange range(std::string_view name, std::int32_t least, std::int32_t greatest) const;
-  /// The power in the option "puissance", which has to be given. Throws WrongCall.
-  std::int32_t power() const;
+  /// The power in the option "puissance", which has to be given, up to `greatest`. Throws WrongCall.
+  std::int32_t power(std::int32_t greatest = std::numeric_limits<std::int32_t>::max()) const;
 
  private:
   const Option& named(std::string_view name) const;

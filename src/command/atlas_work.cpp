@@ -3,88 +3,93 @@
 #include <sys/mman.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "command/progress_line.h"
 #include "command/subcommands.h"
-#include "command/typography.h"
 #include "engine/atlas/range.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 namespace {
 
-constexpr std::int32_t kLastCountedWhole = 45;
-constexpr int kDigitsBeyond = 18;
+// A search that a call may go on with is done in as many parts: each takes seconds at least, since a part
+// that is counted alone finds out by itself what another one knows already.
+std::uint32_t partsFor(std::int32_t k, const AtlasWork& work) {
+  const std::int32_t size = std::max(2 * k / 3, work.withBasins ? work.digitsFor(k) - 6 : 0);
+  return size < 20 ? 1 : size < 34 ? 8 : size < 48 ? 32 : 128;
+}
+
+std::string callOf(IntegerRange powers, const AtlasWork& work) {
+  std::string call = "cycles -k " + textOf(powers);
+  if (work.withBasins) call += " --bassins";
+  if (work.digits) call += " --chiffres " + std::to_string(*work.digits);
+  return call;
+}
 
 // Runs an engine with a line of progress that says what it is about.
 template <typename Engine>
-auto withProgress(std::int32_t k, const char* what, Environment& environment, const Engine& engine) {
+auto withProgress(std::int32_t k, const char* what, Stretch stretch, Environment& environment,
+                  const Engine& engine) {
   Progress& progress = environment.progress;
   progress.done = 0;
   progress.pieces = 0;
   progress.found = 0;
-  const ProgressLine line(environment, [&, k, what] {
+  const ProgressLine line(environment, [&, k, what, stretch] {
     const double pieces = std::max(1.0, static_cast<double>(progress.pieces));
     return ProgressLine::Standing{
-        static_cast<double>(progress.done) / pieces,
-        "k = " + std::to_string(k) + " · " + what + " · " + counted(progress.found, "cycle")};
+        (stretch.done + static_cast<double>(progress.done) / pieces) / stretch.count,
+        "k = " + std::to_string(k) + " · " + what + " · " + pages::counted(progress.found, "cycle")};
   });
   return engine(progress);
 }
 
 }  // namespace
 
-AtlasWork::AtlasWork(const Arguments& arguments, const Environment& environment)
-    : memory(static_cast<std::size_t>(arguments.integer("memoire", 512, 1, 1'000'000)) << 20),
+AtlasWork::AtlasWork(const Arguments& arguments, const Environment& environment, IntegerRange powers,
+                     bool basins)
+    : withBasins(basins),
+      memory(static_cast<std::size_t>(arguments.integer("memoire", 512, 1, 1'000'000)) << 20),
       threads(threadsOf(arguments, environment)) {
   if (arguments.has("chiffres")) digits = arguments.integer("chiffres", 0, 1, atlas::kMaxCountedDigits);
+  resumption = resumptionOf(arguments, callOf(powers, *this));
 }
 
 int AtlasWork::digitsFor(std::int32_t k) const {
-  const int all = atlas::rangeDigits(k);
-  if (digits) return std::min(*digits, all);
-  return k <= kLastCountedWhole ? all : kDigitsBeyond;
+  return digits ? std::min(*digits, atlas::rangeDigits(k)) : atlas::usualDigits(k);
 }
 
-std::optional<std::vector<atlas::Cycle>> findCycles(std::int32_t k, const AtlasWork& work,
-                                                    Environment& environment) {
-  return withProgress(k, "liste", environment, [&](Progress& progress) {
-    return atlas::cyclesOf(k, work.threads, progress, work.part);
+std::optional<SearchPart> findPart(std::int32_t k, Part part, const AtlasWork& work, Environment& environment,
+                                   Stretch stretch) {
+  SearchPart found{k, part, {}, {}, {}};
+  auto cycles = withProgress(k, "liste", stretch, environment, [&](Progress& progress) {
+    return atlas::cyclesOf(k, work.threads, progress, part);
   });
-}
-
-std::optional<atlas::Basins> countBasins(std::int32_t k, const AtlasWork& work, Environment& environment) {
+  if (!cycles) return std::nullopt;
+  found.cycles = std::move(*cycles);
+  if (!work.withBasins) return found;
   const atlas::TableMemory memory{
       work.memory, [](void* block, std::size_t bytes) { ::madvise(block, bytes, MADV_HUGEPAGE); }};
-  return withProgress(k, "bassins", environment, [&](Progress& progress) {
-    return atlas::basinsOf(k, work.digitsFor(k), work.threads, progress, memory, work.part);
+  found.basins = withProgress(k, "bassins", stretch, environment, [&](Progress& progress) {
+    return atlas::basinsOf(k, work.digitsFor(k), work.threads, progress, memory, part);
   });
+  if (!found.basins) return std::nullopt;
+  return found;
 }
 
-void tellInterrupted(std::int32_t k, Environment& environment) {
-  environment.err << typeset("velmoire : interrompu pendant la puissance " + std::to_string(k) +
-                             ", dont rien n'est donné.\n");
+std::optional<pages::AtlasFacts> findFacts(std::int32_t k, AtlasWork& work, Environment& environment) {
+  auto found = [&] {
+    if (!work.resumption) return findPart(k, {}, work, environment);
+    return work.resumption->search(k, partsFor(k, work), [&](Part part, std::uint32_t done) {
+      return findPart(k, part, work, environment, {done, part.count});
+    });
+  }();
+  if (!found) return std::nullopt;
+  return factsOf(std::move(*found));
 }
 
-AtlasFacts factsOf(std::int32_t k, std::vector<atlas::Cycle> cycles, atlas::Basins basins) {
-  AtlasFacts facts{k, atlas::rangeDigits(k), std::move(cycles), std::move(basins)};
-  const auto isListed = [&](const atlas::Basin& basin) {
-    return std::ranges::binary_search(facts.cycles, basin.cycle);
-  };
-  const bool agree = std::ranges::all_of(facts.basins.basins, isListed) &&
-                     (!facts.countsAll() || facts.basins.basins.size() == facts.cycles.size());
-  if (!agree)
-    throw std::runtime_error("Les deux calculs ne trouvent pas les mêmes cycles pour k = " +
-                             std::to_string(k) + " : aucun résultat n'est donné.");
-  return facts;
-}
-
-std::optional<AtlasFacts> findFacts(std::int32_t k, const AtlasWork& work, Environment& environment) {
-  auto cycles = findCycles(k, work, environment);
-  if (!cycles) return std::nullopt;
-  auto basins = countBasins(k, work, environment);
-  if (!basins) return std::nullopt;
-  return factsOf(k, std::move(*cycles), std::move(*basins));
+pages::AtlasFacts factsOf(SearchPart whole) {
+  if (whole.basins) return pages::factsOf(whole.k, std::move(whole.cycles), std::move(*whole.basins));
+  return {whole.k, atlas::rangeDigits(whole.k), std::move(whole.cycles), {}};
 }
 
 }  // namespace zelvion::command

@@ -6,9 +6,10 @@
 #include <vector>
 
 #include "command/arguments.h"
-#include "command/atlas_facts.h"
+#include "command/parts.h"
+#include "command/resumption.h"
 #include "command/run.h"
-#include "engine/atlas/cycle_list.h"
+#include "pages/facts.h"
 
 namespace zelvion::command {
 
@@ -19,30 +20,33 @@ inline constexpr Option kMemoryOption = {0, "memoire", "Mo",
 
 /// What the atlas is to work out, as a call has it.
 struct AtlasWork {
-  /// Reads kDigitsOption, kMemoryOption and kThreadsOption. Throws WrongCall.
-  AtlasWork(const Arguments& arguments, const Environment& environment);
+  /// Reads kDigitsOption, kMemoryOption, kThreadsOption and kResumeOption. Throws WrongCall, and as
+  /// Resumption.
+  AtlasWork(const Arguments& arguments, const Environment& environment, IntegerRange powers, bool withBasins);
 
   /// How many digits the numbers that are counted for the power `k` may have.
   int digitsFor(std::int32_t k) const;
 
+  bool withBasins;
   std::optional<int> digits;
   std::size_t memory;  ///< in bytes
   unsigned threads;
-  atlas::Part part = {};
+  std::optional<Resumption> resumption;
 };
 
-// The engines, with a line of progress; nothing if the work was stopped.
-std::optional<std::vector<atlas::Cycle>> findCycles(std::int32_t k, const AtlasWork& work,
-                                                    Environment& environment);
-std::optional<atlas::Basins> countBasins(std::int32_t k, const AtlasWork& work, Environment& environment);
+/// How much of a power is done, for its progress: `done` of `count` parts.
+struct Stretch {
+  std::uint32_t done = 0;
+  std::uint32_t count = 1;
+};
 
-/// Says on the error stream which power the work was interrupted in.
-void tellInterrupted(std::int32_t k, Environment& environment);
+/// What lies in a part of the power `k`, with a line of progress; nothing if the work was stopped.
+std::optional<SearchPart> findPart(std::int32_t k, Part part, const AtlasWork& work, Environment& environment,
+                                   Stretch stretch = {});
 
-/// The facts of one power. Throws std::runtime_error, with a French sentence, where the two engines do not
-/// agree.
-AtlasFacts factsOf(std::int32_t k, std::vector<atlas::Cycle> cycles, atlas::Basins basins);
-/// The same, worked out.
-std::optional<AtlasFacts> findFacts(std::int32_t k, const AtlasWork& work, Environment& environment);
+/// The facts of one power, likewise, kept in and taken from the resumption if there is one.
+std::optional<pages::AtlasFacts> findFacts(std::int32_t k, AtlasWork& work, Environment& environment);
+/// Those of all parts of a power in one. Without basins there are none in the facts.
+pages::AtlasFacts factsOf(SearchPart whole);
 
 }  // namespace zelvion::command

@@ -2,13 +2,13 @@
 #include <array>
 #include <stdexcept>
 
-#include "command/atlas_parts.h"
 #include "command/atlas_work.h"
+#include "command/parts.h"
 #include "command/subcommands.h"
-#include "command/typography.h"
 #include "engine/atlas/range.h"
 #include "engine/atlas/silhouette_map.h"
 #include "engine/text/utf8.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 namespace {
@@ -20,14 +20,31 @@ constexpr std::array kOptions = {
     kDigitsOption,
     kMemoryOption,
     Option{0, "dot", "", "dessine les cycles pour Graphviz, avec toutes les silhouettes jusqu'à k = 5"},
-    Option{0, "partie", "I/N", "ne fait que la partie I de N, et l'écrit en JSON pour --reunir"},
-    Option{0, "reunir", "", "réunit les parties que donnent les fichiers nommés"},
+    kPartOption,
+    kJoinOption,
+    kResumeOption,
     kThreadsOption,
     kCsvOption,
     kJsonOption,
     kOutputOption,
     kHelpOption,
     kHelpAlias};
+
+constexpr std::array kColumns = {
+    count("k", "la puissance"),
+    count("cycle", "le rang du cycle dans la liste"),
+    count("ordre", "combien de points il a, 1 pour un point fixe"),
+    number("plus_petit", "son plus petit point"),
+    number("plus_grand", "son plus grand point"),
+    count("chiffres", "avec --bassins : les nombres d'au plus autant de chiffres sont comptés"),
+    number("nombres", "combien d'entre eux finissent dans ce cycle"),
+    count("pas_max", "combien de pas il leur faut au plus ; vide, null en JSON, s'il n'y en a pas"),
+    number("depuis", "le plus petit de ceux qui en font autant"),
+    listOf(number("sous", "combien sont sous 1, sous 10, sous 100, et ainsi de suite")),
+    listOf(number("pas", "combien ont besoin de 0, de 1, de 2 pas, et ainsi de suite")),
+    listOf(number("points", "avec --points : tous les points, à partir du plus petit"))};
+constexpr std::size_t kCycleColumns = 5;
+constexpr std::size_t kBasinColumns = 6;
 
 // Rows of cells, each column as wide as its widest cell, numbers to the right.
 void writeTable(Output& output, const std::vector<std::vector<std::string>>& rows) {
@@ -56,16 +73,13 @@ class Writer {
   Writer(Output& output, bool withBasins, bool withPoints)
       : output_(output), withBasins_(withBasins), withPoints_(withPoints) {
     if (output.format() == Format::kText) return;
-    names_ = {"k", "cycle", "ordre", "plus_petit", "plus_grand"};
-    if (withBasins) {
-      for (const char* name : {"chiffres", "nombres", "pas_max", "depuis", "sous", "pas"})
-        names_.emplace_back(name);
-    }
-    if (withPoints) names_.emplace_back("points");
-    records_.emplace(output, names_);
+    const auto begin = kColumns.begin();
+    columns_.assign(begin, begin + kCycleColumns + (withBasins ? kBasinColumns : 0));
+    if (withPoints) columns_.push_back(kColumns.back());
+    records_.emplace(output, columns_);
   }
 
-  void write(const AtlasFacts& facts) {
+  void write(const pages::AtlasFacts& facts) {
     if (records_) {
       writeRecords(facts);
     } else {
@@ -75,7 +89,7 @@ class Writer {
   }
 
  private:
-  void writeRecords(const AtlasFacts& facts) {
+  void writeRecords(const pages::AtlasFacts& facts) {
     std::size_t rank = 0;
     for (const atlas::Cycle& cycle : facts.cycles) {
       records_->field(static_cast<std::size_t>(facts.k)).field(++rank).field(cycle.order());
@@ -85,7 +99,7 @@ class Writer {
         records_->field(static_cast<std::size_t>(facts.basins.digits));
         records_->field(basin ? basin->below.back().text() : "0");
         records_->field(basin ? std::to_string(basin->longestTail()) : "");
-        records_->field(basin ? basin->farthest.text() : "");
+        records_->field(basin ? basin->farthest().text() : "");
         records_->list(basin ? textsOf(basin->below) : std::vector<std::string>());
         records_->list(basin ? textsOf(basin->tails) : std::vector<std::string>());
       }
@@ -93,9 +107,10 @@ class Writer {
     }
   }
 
-  void writeText(const AtlasFacts& facts) {
-    output_ << typeset("Puissance " + std::to_string(facts.k) + ". " + proofText(facts)) << "\n";
-    if (withBasins_) output_ << typeset(countedText(facts)) << "\n";
+  void writeText(const pages::AtlasFacts& facts) {
+    output_ << pages::typeset("Puissance " + std::to_string(facts.k) + ". " + pages::proofText(facts))
+            << "\n";
+    if (withBasins_) output_ << pages::typeset(pages::countedText(facts)) << "\n";
     std::vector<std::vector<std::string>> rows = {{"cycle", "ordre", "plus petit point", "plus grand point"}};
     if (withBasins_) rows[0].insert(rows[0].end(), {"part", "pas, au plus", "depuis"});
     for (const atlas::Cycle& cycle : facts.cycles) {
@@ -104,9 +119,9 @@ class Writer {
              cycle.greatest().text()};
       if (!withBasins_) continue;
       const atlas::Basin* basin = facts.basinOf(cycle);
-      row.push_back(percentText(facts.share(basin)));
+      row.push_back(pages::percentText(facts.share(basin)));
       row.push_back(basin ? std::to_string(basin->longestTail()) : "–");
-      row.push_back(basin ? basin->farthest.text() : "–");
+      row.push_back(basin ? basin->farthest().text() : "–");
     }
     writeTable(output_, rows);
     if (withPoints_) {
@@ -122,11 +137,11 @@ class Writer {
   Output& output_;
   bool withBasins_;
   bool withPoints_;
-  std::vector<std::string_view> names_;
+  std::vector<Column> columns_;
   std::optional<Records> records_;
 };
 
-void writeDot(const AtlasFacts& facts, Output& output) {
+void writeDot(const pages::AtlasFacts& facts, Output& output) {
   output << "digraph \"k = " << std::to_string(facts.k) << "\" {\n";
   if (facts.k <= atlas::kMaxMapPower) {
     const auto nodes = atlas::silhouetteMap(facts.k);
@@ -149,20 +164,6 @@ void writeDot(const AtlasFacts& facts, Output& output) {
   output << "}\n";
 }
 
-atlas::Part partOf(std::string_view text) {
-  const std::size_t slash = text.find('/');
-  if (slash != std::string_view::npos) {
-    const IntegerRange number =
-        readRange(text.substr(0, slash), "Le numéro d'une partie", 1, atlas::kMaxParts);
-    const IntegerRange count = readRange(text.substr(slash + 1), "Le nombre de parties", 1, atlas::kMaxParts);
-    if (number.first == number.last && count.first == count.last && number.first <= count.first) {
-      return {static_cast<std::uint32_t>(number.first), static_cast<std::uint32_t>(count.first)};
-    }
-  }
-  throw WrongCall("La partie " + text::quoted(text) +
-                  " n'est pas de la forme I/N, avec I de 1 à N, par exemple 3/64.");
-}
-
 // Of several results the later ones may still fail, so that each is written when it is there.
 int run(const Arguments& arguments, Output& output, Environment& environment) {
   const bool withBasins = arguments.has("bassins") || arguments.has("chiffres");
@@ -170,19 +171,13 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   if (asDot && (output.format() != Format::kText || withBasins))
     throw WrongCall("L'option --dot ne va pas avec --csv, --json ou --bassins.");
   if (arguments.has("reunir")) {
-    if (arguments.has("puissance") || arguments.has("partie") || arguments.has("chiffres"))
-      throw WrongCall(
-          "Avec --reunir, la puissance, les parties et les chiffres sont ceux des fichiers : n'en donnez pas "
-          "d'autres.");
-    if (arguments.operands().empty()) throw WrongCall("Il manque les fichiers à réunir.");
-    AtlasPart whole = joinedParts(arguments.operands());
+    if (arguments.has("chiffres")) throw WrongCall("Avec --reunir, les chiffres sont ceux des fichiers.");
+    SearchPart whole = joinedFiles(arguments, "cycles");
     const bool counted = whole.basins.has_value();
     if (withBasins && !counted)
       throw std::runtime_error(
           "Ces parties sont sans les bassins : refaites-les avec --bassins, ou réunissez-les sans.");
-    AtlasFacts facts = counted
-                           ? factsOf(whole.k, std::move(whole.cycles), std::move(*whole.basins))
-                           : AtlasFacts{whole.k, atlas::rangeDigits(whole.k), std::move(whole.cycles), {}};
+    const pages::AtlasFacts facts = factsOf(std::move(whole));
     if (asDot) {
       writeDot(facts, output);
     } else {
@@ -193,37 +188,26 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
 
   refuseOperands(arguments);
   const IntegerRange powers = arguments.range("puissance", 1, atlas::kMaxPower);
-  AtlasWork work(arguments, environment);
+  AtlasWork work(arguments, environment, powers, withBasins);
   if (const auto part = arguments.value("partie")) {
     if (powers.first != powers.last) throw WrongCall("Une partie est d'une seule puissance : donnez-en une.");
     if (asDot || arguments.has("points") || output.format() != Format::kText)
       throw WrongCall(
           "Une partie est toujours écrite en JSON : la forme du résultat se choisit avec --reunir.");
-    work.part = partOf(*part);
-    AtlasPart done{powers.first, work.part, {}, {}};
-    auto cycles = findCycles(powers.first, work, environment);
-    if (cycles && withBasins) done.basins = countBasins(powers.first, work, environment);
-    if (!cycles || (withBasins && !done.basins)) {
-      tellInterrupted(powers.first, environment);
-      return kInterrupted;
+    const auto done = findPart(powers.first, readPart(*part), work, environment);
+    if (!done) {
+      return tellInterrupted(powers.first, false, environment);
     }
-    done.cycles = std::move(*cycles);
-    output << jsonOf(done);
+    output << jsonOf(*done);
     return kSuccess;
   }
 
   std::optional<Writer> writer;
   if (!asDot) writer.emplace(output, withBasins, arguments.has("points"));
   for (std::int32_t k = powers.first; k <= powers.last; ++k) {
-    std::optional<AtlasFacts> facts;
-    if (withBasins) {
-      facts = findFacts(k, work, environment);
-    } else if (auto cycles = findCycles(k, work, environment)) {
-      facts = AtlasFacts{k, atlas::rangeDigits(k), std::move(*cycles), {}};
-    }
+    const auto facts = findFacts(k, work, environment);
     if (!facts) {
-      tellInterrupted(k, environment);
-      return kInterrupted;
+      return tellInterrupted(k, work.resumption.has_value(), environment);
     }
     if (asDot) {
       writeDot(*facts, output);
@@ -241,21 +225,23 @@ constinit const Subcommand kCycles = {
     "cycles",
     "[FICHIER...]",
     "tous les cycles d'une puissance, avec la preuve qu'il n'y en a pas d'autre",
-    "Cherche tous les cycles de la puissance k, points fixes compris ; la liste est\n"
-    "complète. Avec --bassins, compte exactement combien de nombres finissent dans chacun\n"
-    "et combien de pas il leur faut. La liste dure une seconde pour k = 30, une minute pour\n"
-    "k = 60 ; compter dure dix secondes pour k = 30, une minute pour k = 40. Plusieurs\n"
-    "machines se partagent le travail, par exemple avec GNU parallel :\n"
+    "Cherche tous les cycles de la puissance k, points fixes compris ; la liste est complète. Avec "
+    "--bassins, "
+    "compte exactement combien de nombres finissent dans chacun et combien de pas il leur faut. La liste "
+    "dure une "
+    "seconde pour k = 30, une minute pour k = 60 ; compter dure dix secondes pour k = 30, une minute pour k "
+    "= 40. "
+    "Plusieurs machines se partagent le travail, par exemple avec GNU parallel :\n"
     "  parallel velmoire cycles -k 40 --partie {}/8 -o {}.json ::: 1 2 3 4 5 6 7 8\n"
     "  velmoire cycles --reunir *.json",
-    "$ velmoire cycles -k 2 --bassins\n"
-    "Puissance 2. Tout nombre finit sous 10³. Liste complète : 3 cycles, dont 2 points fixes.\n"
-    "Les parts sont celles des nombres de 0 à 10³ − 1, tous comptés un à un.\n"
-    "cycle  ordre  plus petit point  plus grand point    part  pas, au plus  depuis\n"
-    "    1      1                 0                 0  0,10 %             0       0\n"
-    "    2      1                 1                 1  14,2 %             6     356\n"
-    "    3      8                 4               145  85,7 %            11     269\n",
+    "$ velmoire cycles -k 2 --csv\n"
+    "k,cycle,ordre,plus_petit,plus_grand\n"
+    "2,1,1,0,0\n"
+    "2,2,1,1,1\n"
+    "2,3,8,4,145\n",
     kOptions,
+    kColumns,
+    false,
     run};
 
 }  // namespace zelvion::command

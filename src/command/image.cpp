@@ -2,6 +2,7 @@
 
 #include "command/numbers.h"
 #include "command/subcommands.h"
+#include "engine/transform/short_images.h"
 #include "engine/transform/transformation.h"
 
 namespace zelvion::command {
@@ -10,24 +11,34 @@ namespace {
 constexpr std::array kOptions = {kPowerOption,  kCsvOption,  kJsonOption,
                                  kOutputOption, kHelpOption, kHelpAlias};
 
+constexpr std::array kColumns = {count("k", "la puissance"), number("nombre", "le nombre"),
+                                 number("image", "son image")};
+
 int run(const Arguments& arguments, Output& output, Environment& environment) {
   Transformation transformation(arguments.power());
   const std::string k = std::to_string(transformation.k());
-  constexpr std::array<std::string_view, 3> kNames = {"k", "nombre", "image"};
   std::optional<Records> records;
-  if (output.format() != Format::kText) records.emplace(output, kNames);
-  Decimal image;
-  return forEachNumber(arguments, output, environment, [&](std::string_view number) {
-    transformation.apply(silhouetteOf(number), image);
-    if (!records) {
-      output << number << " → ";
-      image.appendTo(output.buffer());
+  if (output.format() != Format::kText) records.emplace(output, kColumns);
+  const Frame frame = output.frame([&] {
+    if (records) {
+      records->field(k).field(kPlace).field(kPlace);
+    } else {
+      output << kPlace << " → " << kPlace;
       output.endLine();
+    }
+  });
+  const ShortImages shortImages(transformation.k());
+  Decimal image;
+  std::string text;
+  return forEachNumber(arguments, output, environment, [&](std::string_view number) {
+    if (number.size() <= shortImages.maxDigits()) {
+      output.fill(frame, number, shortImages.of(number));
       return;
     }
-    records->field(k).field(number).beginField();
-    image.appendTo(output.buffer());
-    records->endField();
+    transformation.apply(silhouetteOf(number), image);
+    text.clear();
+    image.appendTo(text);
+    output.fill(frame, number, text);
   });
 }
 
@@ -40,6 +51,8 @@ constinit const Subcommand kImage = {
     "Écrit l'image de chaque nombre, la somme des puissances k-ièmes de ses chiffres.",
     "$ velmoire image -k 3 789\n789 → 1584\n",
     kOptions,
+    kColumns,
+    true,
     run};
 
 }  // namespace zelvion::command

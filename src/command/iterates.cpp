@@ -16,7 +16,9 @@ constexpr std::array kOptions = {
     kOutputOption, kHelpOption,
     kHelpAlias};
 
-constexpr std::array<std::string_view, 4> kNames = {"k", "nombre", "pas", "itere"};
+constexpr std::array kColumns = {count("k", "la puissance"), number("nombre", "le nombre de départ"),
+                                 count("pas", "après combien de pas, 0 pour le départ"),
+                                 number("itere", "le nombre atteint alors")};
 
 int run(const Arguments& arguments, Output& output, Environment& environment) {
   Transformation transformation(arguments.power());
@@ -27,7 +29,7 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   const std::atomic<bool>& stop = environment.progress.stop;
   KnownCycles cycles(transformation);
   std::optional<Records> records;
-  if (output.format() != Format::kText) records.emplace(output, kNames);
+  if (output.format() != Format::kText) records.emplace(output, kColumns);
   bool first = true;
 
   return forEachNumber(arguments, output, environment, [&](std::string_view number) {
@@ -73,11 +75,13 @@ constinit const Subcommand kIterates = {
     "iteres",
     kNumberOperands,
     "les itérés d'un nombre, jusqu'à ce que l'un d'eux revienne",
-    "Écrit pour chaque nombre son image, l'image de celle-ci, et ainsi de suite, jusqu'à un\n"
-    "point fixe, jusqu'au retour d'un nombre déjà écrit, ou jusqu'au N-ième itéré.",
+    "Écrit pour chaque nombre son image, l'image de celle-ci, et ainsi de suite, jusqu'à un point fixe, "
+    "jusqu'au retour d'un nombre déjà écrit, ou jusqu'au N-ième itéré.",
     "$ velmoire iteres -k 3 -n 20 789\n"
     " 0  789\n 1  1584\n 2  702\n 3  351\n 4  153\n153 est un point fixe, atteint en 4 pas.\n",
     kOptions,
+    kColumns,
+    true,
     run};
 
 }  // namespace zelvion::command

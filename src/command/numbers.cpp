@@ -2,18 +2,19 @@
 
 #include <algorithm>
 
-#include "command/typography.h"
 #include "engine/arith/order.h"
 #include "engine/text/number.h"
 #include "engine/text/refusal.h"
 #include "engine/text/utf8.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 namespace {
 
-std::string_view withoutZeros(std::string_view digits) {
-  const std::size_t zeros = std::min(digits.find_first_not_of('0'), digits.size() - 1);
-  return digits.substr(zeros);
+// Whether a line is a number as it is, as nearly all are.
+bool isPlain(std::string_view line) {
+  return !line.empty() && line.front() != '0' &&
+         std::ranges::all_of(line, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 void increment(std::string& digits) {
@@ -45,6 +46,8 @@ class Numbers {
   }
 
  private:
+  static constexpr std::streamsize kPiece = 1 << 16;
+
   bool stopped() const { return environment_.progress.stop; }
 
   // The numbers of one operand or line, `kind` and `place` tell which.
@@ -53,11 +56,11 @@ class Numbers {
     try {
       const std::size_t dots = text.find("..");
       if (dots == std::string_view::npos) {
-        takeOne(text, kind, place);
+        takeOne(text::digitsOf(text), kind, place);
         return;
       }
-      const std::string_view first = number(text.substr(0, dots));
-      const std::string_view last = number(text.substr(dots + 2));
+      const std::string_view first = text::digitsOf(text.substr(0, dots));
+      const std::string_view last = text::digitsOf(text.substr(dots + 2));
       if (compareDigits(first, last) > 0)
         throw Refusal("L'intervalle « " + text::shortened(text) +
                       " » est à l'envers : le plus petit nombre vient d'abord.");
@@ -70,28 +73,22 @@ class Numbers {
     }
   }
 
-  void takeOne(std::string_view text, const char* kind, std::size_t place) {
+  void takeOne(std::string_view digits, const char* kind, std::size_t place) {
     try {
-      work_(number(text));
+      work_(digits);
     } catch (const Refusal& error) {
       tell(error.what(), kind, place);
     }
   }
 
-  static std::string_view number(std::string_view text) {
-    if (text.empty()) throw Refusal("Le nombre est vide : il faut au moins un chiffre.");
-    text::requireDigits(text);
-    return withoutZeros(text);
-  }
-
   void tell(const char* sentence, const char* kind, std::size_t place) {
     output_.flush();
-    environment_.err << typeset("velmoire : " + (kind + std::to_string(place)) + " : " + sentence)
+    environment_.err << pages::typeset("velmoire : " + (kind + std::to_string(place)) + " : " + sentence)
                      << std::endl;
     failed_ = true;
   }
 
-  // Lines as they come: what there is without waiting is taken at once.
+  // Lines as they come: what there is without waiting is taken in large pieces.
   void readLines() {
     std::string pending;
     while (!stopped()) {
@@ -99,7 +96,7 @@ class Numbers {
       std::streambuf& in = *environment_.in.rdbuf();
       if (in.sgetc() == std::streambuf::traits_type::eof()) break;
       const std::size_t before = pending.size();
-      const auto ready = std::max<std::streamsize>(in.in_avail(), 1);
+      const auto ready = std::clamp<std::streamsize>(in.in_avail(), 1, kPiece);
       pending.resize(before + static_cast<std::size_t>(ready));
       pending.resize(before + static_cast<std::size_t>(in.sgetn(&pending[before], ready)));
       std::size_t begin = 0;
@@ -115,6 +112,9 @@ class Numbers {
 
   void takeLine(std::string_view line) {
     ++line_;
+    if (isPlain(line)) return takeOne(line, "ligne ", line_);
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (line_ == 1 && line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
     const std::size_t begin = line.find_first_not_of(" \t\r");
     if (begin == std::string_view::npos) return;
     line = line.substr(begin, line.find_last_not_of(" \t\r") + 1 - begin);
@@ -132,11 +132,13 @@ class Numbers {
 
 int forEachNumber(const Arguments& arguments, Output& output, Environment& environment,
                   const std::function<void(std::string_view)>& work) {
-  if (arguments.operands().empty())
+  const auto& operands = arguments.operands();
+  if (operands.empty() && environment.inIsTerminal)
     throw WrongCall(
         "Il manque un nombre : donnez des nombres, des intervalles comme 1..1000, ou - pour lire "
         "l'entrée standard.");
-  return Numbers(output, environment, work).run(arguments.operands());
+  Numbers numbers(output, environment, work);
+  return numbers.run(operands.empty() ? std::vector<std::string>{"-"} : operands);
 }
 
 }  // namespace zelvion::command

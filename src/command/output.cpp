@@ -32,43 +32,56 @@ void Output::finish() {
   flush();
 }
 
-Records::Records(Output& output, std::span<const std::string_view> names)
-    : output_(output), names_(names), json_(output.format() == Format::kJson) {
+Frame Output::frame(const std::function<void()>& write) {
+  std::string kept = std::exchange(buffer_, {});
+  isFraming_ = true;
+  write();
+  isFraming_ = false;
+  const std::string lines = std::exchange(buffer_, std::move(kept));
+  const std::size_t first = lines.find(kPlace);
+  const std::size_t second = lines.find(kPlace, first + 1);
+  return {lines.substr(0, first), lines.substr(first + 1, second - first - 1), lines.substr(second + 1)};
+}
+
+void Output::fill(const Frame& frame, std::string_view first, std::string_view second) {
+  buffer_.append(frame.before).append(first).append(frame.between).append(second).append(frame.behind);
+  handOn();
+}
+
+void Output::fill(const Frame& frame, std::string_view first, std::uint64_t second) {
+  std::array<char, 20> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), second).ptr;
+  fill(frame, first, std::string_view(digits.data(), end));
+}
+
+Records::Records(Output& output, std::span<const Column> columns)
+    : output_(output), columns_(columns), json_(output.format() == Format::kJson) {
   if (json_) return;
-  for (const std::string_view name : names) {
-    if (name != names.front()) output << ',';
-    output << name;
-  }
+  for (const Column& column : columns) output << (&column == columns.data() ? "" : ",") << column.name;
   output.endLine();
 }
 
 void Records::beginValue() {
   if (json_) {
-    output_ << (next_ == 0 ? "{\"" : ",\"") << names_[next_] << "\":";
+    output_ << (next_ == 0 ? "{\"" : ",\"") << columns_[next_].name << "\":";
   } else if (next_ > 0) {
     output_ << ',';
   }
 }
 
 void Records::endValue() {
-  if (++next_ < names_.size()) return;
+  if (++next_ < columns_.size()) return;
   if (json_) output_ << '}';
   output_.endLine();
   next_ = 0;
 }
 
-void Records::beginField() {
-  beginValue();
-  if (json_) output_ << '"';
-}
-
-void Records::endField() {
-  if (json_) output_ << '"';
-  endValue();
-}
-
 // A text with its marks escaped; in CSV it stands in quotation marks only where it must.
 void Records::value(std::string_view text) {
+  if (json_ && columns_[next_].kind == Column::Kind::kCount) {
+    output_ << (text.empty() ? "null" : text);
+    return;
+  }
   if (std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; })) {  // nearly always
     output_ << (json_ ? "\"" : "") << text << (json_ ? "\"" : "");
     return;

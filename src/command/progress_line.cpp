@@ -1,12 +1,11 @@
 #include "command/progress_line.h"
 
 #include <algorithm>
-#include <cmath>
 #include <new>
 #include <system_error>
 
 #include "command/run.h"
-#include "command/typography.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 
@@ -54,10 +53,10 @@ void ProgressLine::show() {
   const double share = std::clamp(standing.share, 0.0, 1.0);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
   std::string line = std::to_string(static_cast<int>(share * 100)) + "\u00A0% · " + standing.text;
-  if (share > 0.01) line += " · reste " + durationText(elapsed.count() * (1 - share) / share);
+  if (share > 0.01) line += " · reste " + pages::durationText(elapsed.count() * (1 - share) / share);
   clear();
   // A line that is longer than the terminal is wide must not wrap: only its last row would go away again.
-  err_ << "\033[?7l" + typeset(line) + "\033[?7h" << std::flush;
+  err_ << "\033[?7l" + pages::typeset(line) + "\033[?7h" << std::flush;
   shown_ = true;
 }
 
@@ -65,14 +64,6 @@ void ProgressLine::show() {
 void ProgressLine::clear() {
   if (shown_) err_ << "\r\033[K" << std::flush;
   shown_ = false;
-}
-
-std::string durationText(double seconds) {
-  const auto whole = static_cast<long long>(std::lround(seconds));
-  const auto part = [](long long count, const char* unit) { return std::to_string(count) + "\u00A0" + unit; };
-  if (whole < 60) return part(whole, "s");
-  if (whole < 3600) return part(whole / 60, "min") + " " + part(whole % 60, "s");
-  return part(whole / 3600, "h") + " " + part(whole % 3600 / 60, "min");
 }
 
 }  // namespace zelvion::command

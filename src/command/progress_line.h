@@ -45,7 +45,4 @@ class ProgressLine {
   std::thread thread_;
 };
 
-/// A time for people, for example "2 min 5 s".
-std::string durationText(double seconds);
-
 }  // namespace zelvion::command

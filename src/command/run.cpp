@@ -9,66 +9,18 @@
 #include <new>
 #include <system_error>
 
+#include "command/help.h"
+#include "command/spelling.h"
 #include "command/subcommands.h"
-#include "command/typography.h"
 #include "engine/text/reason.h"
 #include "engine/text/utf8.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 namespace {
 
-constexpr std::array kSubcommands = {&kImage,        &kIterates,    &kCycle,  &kSilhouette,
+constexpr std::array kSubcommands = {&kImage,        &kIterates,    &kCycle,  &kSilhouette, &kAntecedents,
                                      &kNarcissistic, &kFixedPoints, &kCycles, &kAtlas};
-
-constexpr std::array kGeneralOptions = {kHelpOption, kHelpAlias,
-                                        Option{'V', "version", "", "affiche la version"}};
-
-std::string optionLines(std::span<const Option> options) {
-  constexpr std::size_t kColumn = 28;
-  std::string lines;
-  for (const Option& option : options) {
-    if (option.help.empty()) continue;
-    std::string line = option.letter != 0 ? std::string("  -") + option.letter + ", " : "      ";
-    line += "--" + std::string(option.name);
-    if (!option.value.empty()) line += "=" + std::string(option.value);
-    line.resize(std::max(line.size() + 2, kColumn), ' ');
-    lines += line + std::string(option.help) + "\n";
-  }
-  return lines;
-}
-
-std::string helpOf(const Subcommand& subcommand) {
-  std::string help = "Utilisation : velmoire " + std::string(subcommand.name) + " [OPTION]... " +
-                     std::string(subcommand.operands) + "\n\n" + std::string(subcommand.description) +
-                     "\n\n" + "Options :\n" + optionLines(subcommand.options) + "\n" + "Exemple :\n";
-  std::string_view example = subcommand.example;
-  while (!example.empty()) {
-    const std::size_t end = example.find('\n');
-    help += "  " + std::string(example.substr(0, end + 1));
-    example.remove_prefix(end + 1);
-  }
-  return help;
-}
-
-std::string generalHelp() {
-  std::string help =
-      "Utilisation : velmoire SOUS-COMMANDE [OPTION]... [ARGUMENT]...\n\n"
-      "Pour une puissance k, un nombre va à la somme des puissances k-ièmes de ses\n"
-      "chiffres décimaux, et ainsi de suite : 789 → 1584 → 702 → 351 → 153 pour k = 3.\n\n"
-      "Sous-commandes :\n";
-  for (const Subcommand* subcommand : kSubcommands) {
-    std::string line = "  " + std::string(subcommand->name);
-    line.resize(16, ' ');
-    help += line + std::string(subcommand->summary) + "\n";
-  }
-  help += "\nOptions :\n" + optionLines(kGeneralOptions) +
-          "\nUn nombre s'écrit avec les seuls chiffres de 0 à 9 et peut être aussi long que l'on\n"
-          "veut ; 1..1000 désigne tous ceux de 1 à 1000, et - ceux de l'entrée standard.\n"
-          "Code de retour : 0, 1 pour un échec, 2 pour un appel erroné, 130 après Ctrl+C.\n"
-          "« velmoire SOUS-COMMANDE --aide » dit le reste.\n\n"
-          "Exemple :\n";
-  return help + "  " + "$ velmoire image -k 3 789\n  789 → 1584\n";
-}
 
 class Call {
  public:
@@ -99,11 +51,8 @@ class Call {
   int dispatch() {
     if (words_.empty()) throw WrongCall("Il manque une sous-commande : " + names() + ".");
     if (words_.front().starts_with("-")) return general();
-    const auto found = std::ranges::find(kSubcommands, words_.front(), &Subcommand::name);
-    if (found == kSubcommands.end())
-      throw WrongCall("La sous-commande « " + text::shortened(words_.front()) +
-                      " » n'existe pas. Il y a : " + names() + ".");
-    subcommand_ = *found;
+    if (words_.front() == "aide" || words_.front() == "help") return helpOn(words_.subspan(1));
+    subcommand_ = named(words_.front());
     const Arguments arguments(subcommand_->options, words_.subspan(1));
     if (arguments.has("aide") || arguments.has("help")) return print(helpOf(*subcommand_));
     if (arguments.has("csv") && arguments.has("json"))
@@ -120,13 +69,20 @@ class Call {
   // there is something to write: a call that fails before leaves it as it was.
   int toFile(const std::string& file, const Arguments& arguments, Format format) {
     target_ = "le fichier « " + file + " »";
+    std::error_code unknown;
+    if (const auto kept = arguments.value("reprise");
+        kept &&
+        std::filesystem::weakly_canonical(file, unknown) == std::filesystem::weakly_canonical(*kept, unknown))
+      throw WrongCall("Le fichier « " + file +
+                      " » est aussi celui de la reprise : donnez-en un autre à l'option -o.");
     errno = 0;
     std::ofstream stream(file, std::ios::binary | std::ios::app);
     if (!stream) throw std::system_error(errno, std::generic_category());
-    std::error_code unknown;
     const bool isRegular = std::filesystem::is_regular_file(file, unknown);
-    if (isRegular && std::ranges::find(arguments.operands(), "-") != arguments.operands().end() &&
-        std::filesystem::equivalent(file, "/dev/stdin", unknown))
+    const auto& operands = arguments.operands();
+    const bool readsInput =
+        operands.empty() ? subcommand_->readsInput : std::ranges::find(operands, "-") != operands.end();
+    if (isRegular && readsInput && std::filesystem::equivalent(file, "/dev/stdin", unknown))
       throw WrongCall("Le fichier « " + file +
                       " » est aussi l'entrée standard : donnez-en un autre à l'option -o.");
     return carryOut(arguments, stream, format, [&] {
@@ -134,10 +90,30 @@ class Call {
     });
   }
 
+  // What « velmoire aide [SOUS-COMMANDE] » says.
+  int helpOn(std::span<const std::string> words) {
+    if (words.empty()) return print(generalHelp(kSubcommands));
+    if (words.size() > 1)
+      throw WrongCall(text::quoted(words[1]) +
+                      " est de trop : écrivez « velmoire aide » et une sous-commande.");
+    return print(helpOf(*named(words.front())));
+  }
+
+  static const Subcommand* named(std::string_view name) {
+    const auto found = std::ranges::find(kSubcommands, name, &Subcommand::name);
+    if (found != kSubcommands.end()) return *found;
+    std::vector<std::string_view> all;
+    for (const Subcommand* subcommand : kSubcommands) all.push_back(subcommand->name);
+    const std::string_view near = nearest(name, all);
+    throw WrongCall(
+        "La sous-commande " + text::quoted(name) + " n'existe pas. " +
+        (near.empty() ? "Il y a : " + names() + "." : "Vouliez-vous dire " + text::quoted(near) + " ?"));
+  }
+
   // The options of a call without a subcommand.
   int general() {
     const Arguments arguments(kGeneralOptions, words_);
-    if (arguments.has("aide") || arguments.has("help")) return print(generalHelp());
+    if (arguments.has("aide") || arguments.has("help")) return print(generalHelp(kSubcommands));
     if (arguments.has("version")) return print("velmoire (zelvion) " ZELVION_VERSION "\n");
     throw WrongCall("Il manque une sous-commande : " + names() + ".");
   }
@@ -165,7 +141,7 @@ class Call {
 
   int print(const std::string& text) {
     Output output(environment_.out, Format::kText);
-    output << typeset(text);
+    output << pages::typeset(text);
     output.flush();
     return kSuccess;
   }
@@ -179,7 +155,7 @@ class Call {
   }
 
   void tell(std::string_view sentence) {
-    environment_.err << typeset("velmoire : " + std::string(sentence)) << std::endl;
+    environment_.err << pages::typeset("velmoire : " + std::string(sentence)) << std::endl;
   }
 
   std::span<const std::string> words_;

@@ -10,11 +10,14 @@ namespace {
 
 constexpr std::array kOptions = {kCsvOption, kJsonOption, kOutputOption, kHelpOption, kHelpAlias};
 
-constexpr std::array<std::string_view, 4> kNames = {"nombre", "chiffres", "recensement", "silhouette"};
+constexpr std::array kColumns = {
+    number("nombre", "le nombre"), count("chiffres", "combien de chiffres il a"),
+    listOf(count("recensement", "combien de 9, de 8, et ainsi de suite jusqu'à 0")),
+    listOf(count("silhouette", "la même chose sans les zéros"))};
 
 int run(const Arguments& arguments, Output& output, Environment& environment) {
   std::optional<Records> records;
-  if (output.format() != Format::kText) records.emplace(output, kNames);
+  if (output.format() != Format::kText) records.emplace(output, kColumns);
   std::array<std::string, 10> counts;  // of the digits from 9 down to 0
   const std::span<const std::string> census(counts);
   const auto writeList = [&](std::span<const std::string> list) {
@@ -49,11 +52,15 @@ constinit const Subcommand kSilhouette = {
     "silhouette",
     kNumberOperands,
     "le recensement des chiffres d'un nombre et sa silhouette",
-    "Écrit pour chaque nombre le recensement de ses chiffres, de 9 à 0, et sa silhouette,\n"
-    "qui est la même chose sans les zéros : l'image ne dépend que d'elle.",
-    "$ velmoire silhouette 789\n"
-    "789 : recensement (1, 1, 1, 0, 0, 0, 0, 0, 0, 0), silhouette (1, 1, 1, 0, 0, 0, 0, 0, 0)\n",
+    "Écrit pour chaque nombre le recensement de ses chiffres, de 9 à 0, et sa silhouette, qui est la même "
+    "chose sans les zéros : l'image ne dépend que d'elle.",
+    "$ velmoire silhouette --csv 789 1002\n"
+    "nombre,chiffres,recensement,silhouette\n"
+    "789,3,1 1 1 0 0 0 0 0 0 0,1 1 1 0 0 0 0 0 0\n"
+    "1002,4,0 0 0 0 0 0 0 1 1 2,0 0 0 0 0 0 0 1 1\n",
     kOptions,
+    kColumns,
+    true,
     run};
 
 }  // namespace zelvion::command

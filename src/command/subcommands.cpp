@@ -1,6 +1,7 @@
 #include "command/subcommands.h"
 
 #include "engine/text/utf8.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 
@@ -10,10 +11,33 @@ unsigned threadsOf(const Arguments& arguments, const Environment& environment) {
       arguments.integer("fils", static_cast<std::int32_t>(environment.threads), 1, kMost));
 }
 
+IntegerRange powersOf(const Arguments& arguments, const std::string& what, const std::string& missing,
+                      std::int32_t greatest) {
+  const auto& operands = arguments.operands();
+  if (arguments.has("puissance")) {
+    if (operands.empty()) return arguments.range("puissance", 1, greatest);
+    throw WrongCall(text::quoted(operands.front()) + " est de trop : l'option -k est déjà donnée.");
+  }
+  if (operands.size() != 1) throw WrongCall(missing);
+  return readRange(operands.front(), what, 1, greatest);
+}
+
+int tellInterrupted(std::int32_t k, bool kept, Environment& environment) {
+  environment.err << pages::typeset(
+      "velmoire : interrompu pendant la puissance " + std::to_string(k) +
+      (kept ? " ; le même appel continuera là où il en était.\n" : ", dont rien n'est donné.\n"));
+  return kInterrupted;
+}
+
 void refuseOperands(const Arguments& arguments) {
   if (arguments.operands().empty()) return;
-  throw WrongCall("« " + text::shortened(arguments.operands().front()) +
-                  " » est de trop : cette sous-commande ne prend que des options.");
+  const std::string& operand = arguments.operands().front();
+  const bool isPower =
+      !arguments.has("puissance") && operand.find_first_not_of("0123456789.") == std::string::npos;
+  throw WrongCall(text::quoted(operand) + " est de trop : " +
+                  (isPower
+                       ? "la puissance se donne par l'option -k, écrivez -k " + text::shortened(operand) + "."
+                       : "cette sous-commande ne prend que des options."));
 }
 
 }  // namespace zelvion::command

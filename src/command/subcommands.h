@@ -14,9 +14,11 @@ struct Subcommand {
   std::string_view name;
   std::string_view operands;     ///< how the help writes them
   std::string_view summary;      ///< one line
-  std::string_view description;  ///< lines of at most 80 characters
+  std::string_view description;  ///< is wrapped, but for lines that begin with a blank
   std::string_view example;      ///< a call and what it prints
   std::span<const Option> options;
+  std::span<const Column> columns;  ///< all that --csv may have; none if there is no --csv
+  bool readsInput;                  ///< the standard input, where there is no operand
   /// Returns the status. Results go to the output, all else to the error stream. Throws WrongCall, or a
   /// standard exception with a French sentence; whatever was written by then is kept.
   int (*run)(const Arguments& arguments, Output& output, Environment& environment);
@@ -27,6 +29,7 @@ extern const Subcommand kImage;
 extern const Subcommand kIterates;
 extern const Subcommand kCycle;
 extern const Subcommand kSilhouette;
+extern const Subcommand kAntecedents;
 extern const Subcommand kNarcissistic;
 extern const Subcommand kFixedPoints;
 extern const Subcommand kCycles;
@@ -44,6 +47,15 @@ inline constexpr Option kHelpAlias = {0, "help", "", ""};
 
 /// The threads to use: those of kThreadsOption, or else all. Throws WrongCall.
 unsigned threadsOf(const Arguments& arguments, const Environment& environment);
+
+/// The power of a call, or the range of them: its only operand or the value of kPowersOption. `what` begins
+/// the sentence at one that cannot be read, `missing` is the one where there is none. Throws WrongCall.
+IntegerRange powersOf(const Arguments& arguments, const std::string& what, const std::string& missing,
+                      std::int32_t greatest);
+
+/// Says on the error stream which power the work was interrupted in, and whether what is done is `kept` for a
+/// later call. Returns kInterrupted.
+int tellInterrupted(std::int32_t k, bool kept, Environment& environment);
 
 /// Throws WrongCall if the call has operands.
 void refuseOperands(const Arguments& arguments);

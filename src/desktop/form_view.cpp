@@ -14,14 +14,14 @@
 #include <new>
 #include <utility>
 
-#include "desktop/application.h"
 #include "desktop/caption_button.h"
-#include "desktop/fonts.h"
-#include "desktop/long_text.h"
-#include "desktop/memory.h"
 #include "desktop/message_box.h"
-#include "desktop/number_edit.h"
-#include "desktop/wait_cursor.h"
+#include "widgets/application.h"
+#include "widgets/fonts.h"
+#include "widgets/long_text.h"
+#include "widgets/memory.h"
+#include "widgets/number_edit.h"
+#include "widgets/wait_cursor.h"
 
 namespace zelvion {
 namespace {
@@ -80,7 +80,9 @@ FormView::FormView(Form& form, QWidget* parent) : QScrollArea(parent), form_(for
 void FormView::addControl(const Control& control, QWidget* parent) {
   QWidget* widget = makeWidget(control, parent);
   widget->setObjectName(toQString(control.name));
-  QFont font = screenFont(control.font);
+  QFont font = screenFont(qRound(control.font.quarterPoints / 3.0));  // a point is 4/3 of a pixel
+  font.setBold(control.font.bold);
+  font.setItalic(control.font.italic);
   if (control.kind == Kind::MultilineTextBox) font.setStyleStrategy(QFont::PreferNoShaping);  // twice as fast
   widget->setFont(font);
   widget->setGeometry(pixels(control.left), pixels(control.top), pixels(control.width),
@@ -179,7 +181,7 @@ void FormView::fitWindow(int menuHeight) {
     // behind.
     const QWidget& behind = shell.parentWidget() ? *shell.parentWidget()->window() : shell;
     const QSize frame = behind.frameSize() - behind.size();
-    shell.move(available.topLeft() + QPoint(pixels(position->x), pixels(position->y)) -
+    shell.move(shell.screen()->geometry().topLeft() + QPoint(pixels(position->x), pixels(position->y)) -
                QPoint(frame.width(), frame.height()) / 2);
   }
 

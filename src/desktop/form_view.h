@@ -7,11 +7,16 @@
 #include <string_view>
 #include <vector>
 
-#include "form/form.h"
+#include "form/shell/form.h"
 
 class QMenuBar;
 
 namespace zelvion {
+
+/// What stands where a text was too great, and in the box that tells it.
+inline constexpr const char* kTooLittleMemory =
+    "La mémoire ne suffit pas pour afficher ce texte. "
+    "Si c’est un rapport, il est en entier dans son fichier.";
 
 /// The client area of a window, drawn from the table of its form: the controls at their fixed places, with
 /// scroll bars where the window is smaller. It copies texts between form and screen and runs the handlers.

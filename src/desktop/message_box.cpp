@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "desktop/long_text.h"
+#include "widgets/long_text.h"
 
 namespace zelvion {
 namespace {

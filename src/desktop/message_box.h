@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "form/desktop.h"
+#include "form/shell/desktop.h"
 
 namespace zelvion {
 

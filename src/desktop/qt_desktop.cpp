@@ -6,20 +6,20 @@
 #include <QDir>
 #include <QLocale>
 #include <QMenuBar>
-#include <QProcess>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "desktop/application.h"
 #include "desktop/form_view.h"
-#include "desktop/long_text.h"
-#include "desktop/memory.h"
 #include "desktop/message_box.h"
-#include "desktop/wait_cursor.h"
 #include "files/files.h"
+#include "form/shell/site.h"
+#include "widgets/application.h"
+#include "widgets/long_text.h"
+#include "widgets/open_page.h"
+#include "widgets/wait_cursor.h"
 
 namespace zelvion {
 namespace {
@@ -60,6 +60,8 @@ void QtDesktop::show(Form& form) {
                      [bar] { bar->setActiveAction(bar->actions().constFirst()); });
     menuHeight = bar->sizeHint().height();
   }
+  QObject::connect(new QShortcut(Qt::Key_F1, mainWindow_.get()), &QShortcut::activated, &lifetime_,
+                   [this] { openManual(); });
   view->fitWindow(menuHeight);
   views_.push_back(view);
   mainWindow_->show();
@@ -111,6 +113,14 @@ Answer QtDesktop::message(std::string_view prompt, Buttons buttons, const std::s
   return box.ask();
 }
 
+void QtDesktop::openManual() {
+  const std::string address = manualAddress();
+  if (!address.empty()) return openAddress(*this, address);
+  message("Le mode d’emploi, mode-d-emploi.html, n’est ni dans le dossier «\u00a0" + pathOf("docs") +
+              "\u00a0», ni dans le dossier «\u00a0/usr/share/doc/zelvion\u00a0».",
+          Buttons::Ok, std::string(kApplicationTitle));
+}
+
 /// Tells in one box, however many events failed, what went wrong outside the handlers of a form. What may
 /// have taken the memory is let go first.
 void QtDesktop::recover(bool memory) {
@@ -149,18 +159,10 @@ void QtDesktop::sync(const std::string& name) { syncFile(pathOf(name)); }
 
 std::string QtDesktop::read(const std::string& name) { return readWhole(pathOf(name)); }
 
-bool QtDesktop::openPage(const std::string& address) {
-  QProcess browser;
-  browser.setProgram("xdg-open");
-  browser.setArguments({QString::fromStdString(address)});
-  browser.setStandardInputFile(QProcess::nullDevice());
-  browser.setStandardOutputFile(QProcess::nullDevice());
-  browser.setStandardErrorFile(QProcess::nullDevice());
-  return browser.startDetached();
-}
+bool QtDesktop::openPage(const std::string& address) { return zelvion::openPage(address); }
 
 Twips QtDesktop::screen() {
-  const QSize size = QGuiApplication::primaryScreen()->availableSize();
+  const QSize size = QGuiApplication::primaryScreen()->size();
   return {size.width() * kTwipsPerPixel, size.height() * kTwipsPerPixel};
 }
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "form/desktop.h"
+#include "form/shell/desktop.h"
 
 namespace zelvion {
 
@@ -37,6 +37,7 @@ class QtDesktop : public Desktop {
   void pushAll();
   QWidget* topWindow() const;
   void recover(bool memory);
+  void openManual();
 
   std::unique_ptr<QMainWindow> mainWindow_;
   std::vector<FormView*> views_;  ///< of the open forms, the topmost last

@@ -1,5 +1,8 @@
 #include "files/files.h"
 
+#include <linux/magic.h>
+
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -19,7 +22,7 @@ SystemCalls& calls = systemCalls;
   throw std::system_error(error, std::generic_category(), path);
 }
 
-/// Makes a call again as long as a signal interrupts it.
+/// Retries a call while signals interrupt it.
 template <typename Call>
 auto uninterrupted(const Call& call) {
   while (true) {
@@ -28,7 +31,7 @@ auto uninterrupted(const Call& call) {
   }
 }
 
-/// An open file descriptor, closed at the latest when it goes out of scope.
+/// An owned file descriptor.
 class Descriptor {
  public:
   explicit Descriptor(int fd) : fd_(fd) {}
@@ -38,7 +41,7 @@ class Descriptor {
 
   int get() const { return fd_; }
   bool valid() const { return fd_ >= 0; }
-  /// Closes it; returns 0 or the error. An interrupted close has closed it all the same.
+  /// Closes it; returns 0 or the error. An interrupted close still closes it, so it is not retried.
   int close() {
     const int fd = std::exchange(fd_, -1);
     return fd < 0 || calls.close(fd) == 0 || errno == EINTR ? 0 : errno;
@@ -48,29 +51,30 @@ class Descriptor {
   int fd_;
 };
 
-/// Opens a file without ever waiting for a partner, as a named pipe would have it.
+/// Opens a file without blocking, even if it is a named pipe.
 Descriptor openNow(const std::string& path, int flags) {
   return Descriptor(
       uninterrupted([&] { return calls.open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666); }));
 }
 
-/// Finds the size of the open file; returns 0 or the error, which a file that is no regular one has too.
-int findSize(const Descriptor& file, off_t& size) {
+/// Reads the size and link count of the open file; returns 0 or the error. Only regular files are accepted.
+int findSize(const Descriptor& file, off_t& size, nlink_t* names = nullptr) {
   struct stat status {};
   if (uninterrupted([&] { return calls.fstat(file.get(), &status); }) != 0) return errno;
   size = status.st_size;
+  if (names != nullptr) *names = status.st_nlink;
   if (S_ISDIR(status.st_mode)) return EISDIR;
   return S_ISREG(status.st_mode) ? 0 : EINVAL;
 }
 
-/// Has an open file or folder on the disk when it returns: 0 or the error. A file system that cannot do that
-/// does what it can.
+/// Flushes an open file or folder to disk; returns 0 or the error. A file system that does not support this
+/// is no error.
 int sync(int (*call)(int), const Descriptor& file) {
   const bool done = uninterrupted([&] { return call(file.get()); }) == 0 || errno == EINVAL;
   return done ? 0 : errno;
 }
 
-/// The same for the folder where the file at `path` lies, so that the file's name lasts.
+/// Flushes the folder of the file at `path`, so that its directory entry is durable.
 int syncFolderOf(const std::string& path) {
   std::error_code error;
   const std::filesystem::path file = std::filesystem::canonical(path, error);
@@ -78,27 +82,30 @@ int syncFolderOf(const std::string& path) {
   const Descriptor folder = openNow(file.parent_path(), O_RDONLY | O_DIRECTORY);
   if (folder.valid()) return sync(calls.fsync, folder);
   if (errno != EACCES) return errno;
-  ::sync();  // a folder that one may write to but not read
+  ::sync();  // the folder is writable but not readable
   return 0;
 }
 
-/// A file that a record is to be appended to.
+/// A file to append a record to.
 struct Target {
   Descriptor file;
-  bool created;  ///< by this process, just now
-  bool locked;   ///< no other window writes to it as long as it is open
+  bool created = false;  ///< by this process, just now
+  bool locked = false;   ///< whether the lock is held, so that no other window writes to it
+  bool waited = false;   ///< whether the lock was held by another window at first
+  off_t size = 0;
+  int error = 0;  ///< why its size is unknown
 };
 
-/// Takes the lock of an open file. Whoever holds it for a second is no window of ours, and is not waited for;
-/// nor is a file system that has no locks.
-bool lockForAWhile(const Descriptor& file) {
+/// Acquires the lock of the open file. Gives up after a second, since none of our windows holds it that long,
+/// and at once where the file system has no locks.
+void lockForAWhile(Target& target) {
   constexpr int kTries = 100;
-  for (int i = 0; i < kTries; ++i) {
-    if (uninterrupted([&] { return calls.flock(file.get(), LOCK_EX | LOCK_NB); }) == 0) return true;
-    if (errno != EWOULDBLOCK) return false;
+  for (int i = 0; i < kTries && !target.locked; ++i) {
+    target.locked = uninterrupted([&] { return calls.flock(target.file.get(), LOCK_EX | LOCK_NB); }) == 0;
+    if (target.locked || errno != EWOULDBLOCK) return;
+    target.waited = true;
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
-  return false;
 }
 
 /// Whether `path` still leads to the open file.
@@ -110,8 +117,8 @@ bool leadsTo(const std::string& path, const Descriptor& file) {
          named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
-/// Opens the file at `path` and locks it. Another window may remove a file that it has just created while
-/// this one waits for the lock: then all begins again.
+/// Opens the file at `path` and locks it. Retries if another window removes the file, which it has just
+/// created, while this one waits for the lock.
 Target openTarget(const std::string& path) {
   constexpr int kAppend = O_WRONLY | O_APPEND;
   constexpr int kTries = 10;
@@ -122,29 +129,50 @@ Target openTarget(const std::string& path) {
       if (there.valid() || errno != ENOENT) return there;
       Descriptor made = openNow(path, kAppend | O_CREAT | O_EXCL);
       created = made.valid();
-      // Another window was faster, or there is a link to a file that is missing.
+      // Another window was faster, or this is a dangling symbolic link.
       return created || errno != EEXIST ? std::move(made) : openNow(path, kAppend | O_CREAT);
     };
-    Descriptor file = open();
-    if (!file.valid()) fail(path, errno);
-    const bool locked = lockForAWhile(file);
-    if (i == kTries || leadsTo(path, file)) return {std::move(file), created, locked};
+    Target target{open()};
+    if (!target.file.valid()) fail(path, errno);
+    target.created = created;
+    lockForAWhile(target);
+    nlink_t names = 0;
+    target.error = findSize(target.file, target.size, &names);
+    if (i == kTries || (names > 0 && !target.waited) || leadsTo(path, target.file)) return target;
   }
 }
 
-/// A record and where it goes.
-struct Record {
-  const Target& target;
-  off_t oldSize;
-  const std::string& text;
-
-  off_t newSize() const { return oldSize + static_cast<off_t>(text.size()); }
+/// How a file system handles writes.
+struct Storage {
+  off_t block;        ///< a kill or a full disk splits a write at multiples of this only
+  bool failsAtClose;  ///< whether a full disk may show at close only, as on a network
 };
 
-/// Takes the beginning of a record out of the file. Without the lock it could be the record of another
-/// window.
+/// The known file systems keep pages whole, and blocks if those are smaller. Others are assumed to be the
+/// worst.
+Storage storageOf(const Descriptor& file) {
+  constexpr std::array<long, 5> kKnown = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC,
+                                          F2FS_SUPER_MAGIC, TMPFS_MAGIC};
+  constexpr off_t kSmallestBlock = 512;
+  constexpr off_t kSmallestPage = 4096;
+  struct statfs status {};
+  const bool isTold = uninterrupted([&] { return calls.fstatfs(file.get(), &status); }) == 0;
+  if (!isTold || std::ranges::find(kKnown, status.f_type) == kKnown.end()) return {kSmallestBlock, true};
+  return {std::clamp<off_t>(status.f_bsize, kSmallestBlock, kSmallestPage), false};
+}
+
+/// A record and its destination.
+struct Record {
+  const Target& target;
+  const std::string& text;
+  Storage storage;
+
+  off_t newSize() const { return target.size + static_cast<off_t>(text.size()); }
+};
+
+/// Truncates a partial record. Only with the lock held, as it might belong to another window otherwise.
 void cutBack(const Record& record) {
-  const auto cut = [&] { return calls.ftruncate(record.target.file.get(), record.oldSize); };
+  const auto cut = [&] { return calls.ftruncate(record.target.file.get(), record.target.size); };
   if (record.target.locked) uninterrupted(cut);
 }
 
@@ -158,9 +186,8 @@ int write(const Record& record) {
     if (written < 0) error = errno;
     if (written > 0) done += static_cast<std::size_t>(written);
   }
-  // A file system on a network may find its disk full only when the file is closed: so one closes it while
-  // there is still a second descriptor to cut with.
-  if (error == 0) {
+  // Closed while a second descriptor is still open to truncate with.
+  if (error == 0 && record.storage.failsAtClose) {
     Descriptor second(uninterrupted([&] { return calls.dup(fd); }));
     error = second.valid() ? second.close() : errno;
   }
@@ -168,7 +195,7 @@ int write(const Record& record) {
   return error;
 }
 
-/// Closes all files but one.
+/// Closes all file descriptors but one.
 void closeOthers(int kept) {
 #ifdef CLOSE_RANGE_CLOEXEC
   const auto fd = static_cast<unsigned>(kept);
@@ -179,11 +206,11 @@ void closeOthers(int kept) {
   }
 }
 
-/// The same in a process of its own, which ends its work even where this one is killed meanwhile, and keeps
-/// nothing of the window open. This one stands still until then and lends it its memory, so that nothing is
-/// copied.
+/// Does so in a child process, which completes even if this process is killed, and inherits none of the
+/// window's descriptors. The child borrows the memory of this process, which is suspended meanwhile, so
+/// nothing is copied.
 int writeApart(const Record& record) {
-  // The analyzer wants posix_spawn, which starts a program; this child writes and ends.
+  // The analyzer suggests posix_spawn, which starts a program; this child only writes and exits.
   const pid_t writer = ::vfork();  // NOLINT(clang-analyzer-security.insecureAPI.vfork)
   if (writer == 0) {
     ::setsid();  // NOLINT(clang-analyzer-unix.Vfork)
@@ -194,7 +221,7 @@ int writeApart(const Record& record) {
   int status = 0;
   const bool seen = uninterrupted([&] { return calls.waitpid(writer, &status, 0); }) == writer;
   if (seen && WIFEXITED(status)) return WEXITSTATUS(status);
-  // It was killed, or whoever started this program does not let it see its children end.
+  // The child was killed, or this process was started with SIGCHLD ignored.
   off_t size = 0;
   if (findSize(record.target.file, size) == 0 && size == record.newSize()) return 0;
   cutBack(record);
@@ -203,15 +230,13 @@ int writeApart(const Record& record) {
 
 /// Appends to an open file; returns 0 or the error.
 int append(const Target& target, const std::string& path, const std::string& text) {
-  // A kill or a full disk can part a write where it goes from one block of the file to the next, and nowhere
-  // else.
-  constexpr off_t kSmallestBlock = 512;
-  Record record{target, 0, text};
-  if (const int error = findSize(target.file, record.oldSize)) return error;
-  if (record.oldSize == 0) {
+  if (target.error != 0) return target.error;
+  if (target.size == 0) {
     if (const int error = syncFolderOf(path)) return error;
   }
-  const bool inOneBlock = record.oldSize / kSmallestBlock == (record.newSize() - 1) / kSmallestBlock;
+  const Record record{target, text, storageOf(target.file)};
+  const off_t block = record.storage.block;
+  const bool inOneBlock = target.size / block == (record.newSize() - 1) / block;
   return inOneBlock ? write(record) : writeApart(record);
 }
 

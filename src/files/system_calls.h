@@ -3,19 +3,20 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace zelvion {
 
-/// The calls of the system that files are kept with. They stand in a table so that tests can put faults in
-/// their places.
+/// The system calls used for files, in a table so that tests can inject faults.
 struct SystemCalls {
   int (*open)(const char*, int, ...) = ::open;
   int (*flock)(int, int) = ::flock;
   int (*stat)(const char*, struct stat*) = ::stat;
   int (*fstat)(int, struct stat*) = ::fstat;
+  int (*fstatfs)(int, struct statfs*) = ::fstatfs;
   ssize_t (*read)(int, void*, std::size_t) = ::read;
   ssize_t (*write)(int, const void*, std::size_t) = ::write;
   int (*ftruncate)(int, off_t) = ::ftruncate;

@@ -9,7 +9,7 @@
 
 namespace zelvion::command::testing {
 
-/// A call carried out in this process: what it wrote, and its status.
+/// A call carried out in this process: what it wrote, and its status. An empty input is a terminal's.
 struct Call {
   int status;
   std::string out;
@@ -21,7 +21,7 @@ inline Call call(const std::vector<std::string>& words, const std::string& input
   std::ostringstream out;
   std::ostringstream err;
   Progress progress;
-  Environment environment{in, out, err, false, threads, progress};
+  Environment environment{in, out, err, false, threads, progress, input.empty()};
   const int status = run(words, environment);
   return {status, out.str(), err.str()};
 }

@@ -18,10 +18,9 @@ TEST(FixedPoints, AreListedInEachFormat) {
             "  5 points fixes, liste complète\u00A0: aucun n’a plus de 5 chiffres.\n"
             "Puissances 3 à 4\u00A0: 7 en tout, sans 0 et 1 qui le sont toujours.\n");
   EXPECT_EQ(callLine("points-fixes -k 2 --csv").out, "k,chiffres,point_fixe\n2,1,0\n2,1,1\n");
-  EXPECT_EQ(
-      callLine("narcissiques 39 --json").out,
-      "{\"ordre\":\"39\",\"chiffres\":\"39\",\"nombre\":\"115132219018763992565095597973971522400\"}\n"
-      "{\"ordre\":\"39\",\"chiffres\":\"39\",\"nombre\":\"115132219018763992565095597973971522401\"}\n");
+  EXPECT_EQ(callLine("narcissiques -k 39 --json").out,
+            "{\"ordre\":39,\"chiffres\":39,\"nombre\":\"115132219018763992565095597973971522400\"}\n"
+            "{\"ordre\":39,\"chiffres\":39,\"nombre\":\"115132219018763992565095597973971522401\"}\n");
   EXPECT_EQ(callLine("narcissiques 2..3").out,
             "Ordre 2\u00A0:\n  aucun\nOrdre 3\u00A0:\n  153\n  370\n  371\n  407\n"
             "Ordres 2 à 3\u00A0: 4 nombres narcissiques en tout.\n");

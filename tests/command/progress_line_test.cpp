@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "command/run.h"
+#include "pages/typography.h"
 
 namespace zelvion::command {
 namespace {
@@ -42,9 +43,9 @@ TEST(ProgressLine, IsNotForFiles) {
 }
 
 TEST(ProgressLine, TellsTimesInWords) {
-  EXPECT_EQ(durationText(0.4), "0\u00A0s");
-  EXPECT_EQ(durationText(59.6), "1\u00A0min 0\u00A0s");
-  EXPECT_EQ(durationText(7'265), "2\u00A0h 1\u00A0min");
+  EXPECT_EQ(pages::durationText(0.4), "0\u00A0s");
+  EXPECT_EQ(pages::durationText(59.6), "1\u00A0min 0\u00A0s");
+  EXPECT_EQ(pages::durationText(7'265), "2\u00A0h 1\u00A0min");
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <regex>
 
 #include "command/call.h"
+#include "engine/text/utf8.h"
 
 namespace zelvion::command {
 namespace {
@@ -50,6 +51,7 @@ TEST_F(Help, ShowsExamplesThatAreTrue) {
     EXPECT_EQ(help.status, kSuccess) << name;
     EXPECT_EQ(help.err, "") << name;
     EXPECT_EQ(call({name, "--help"}).out, help.out) << name;
+    EXPECT_EQ(call({"aide", name}).out, help.out) << name;
     EXPECT_EQ(call({name, "-h", "-o", "/nowhere/at/all"}).out, help.out) << name;
     static const std::regex kExample(" +\\$ velmoire ([^\n]*)\n((?:.*\n)*)");
     std::smatch example;
@@ -60,8 +62,15 @@ TEST_F(Help, ShowsExamplesThatAreTrue) {
 }
 
 TEST_F(Help, IsWrittenAsTheFrenchDo) {
-  std::string texts = callLine("--aide").out + callLine("").err + callLine("image -k 3 x").err;
+  std::string texts = callLine("--aide").out;
   for (const std::string& name : subcommands()) texts += call({name, "-h"}).out;
+  EXPECT_EQ(callLine("aide").out, callLine("--aide").out);
+  std::istringstream lines(texts);
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_LE(text::length(line), 80U) << line;
+    EXPECT_FALSE(line.ends_with(' ')) << line;
+  }
+  texts += callLine("").err + callLine("image -k 3 x").err;
   EXPECT_FALSE(std::regex_search(texts, std::regex(" [:;!?]| »|« |[a-z]'")));
   EXPECT_TRUE(callLine("--version").out.starts_with("velmoire (zelvion) 1.0.0"));
 }
@@ -70,7 +79,13 @@ TEST(WrongCall, IsToldKindByKind) {
   const std::pair<const char*, const char*> rows[] = {
       {"", "Il manque une sous-commande"},
       {"--csv", "L’option « --csv » n’existe pas"},
-      {"imag -k 3 5", "La sous-commande « imag » n’existe pas. Il y a : image, iteres"},
+      {"quoi -k 3 5", "La sous-commande « quoi » n’existe pas. Il y a : image, iteres"},
+      {"cycel -k 3 5", "La sous-commande « cycel » n’existe pas. Vouliez-vous dire « cycle » ?"},
+      {"aide itérés", "Vouliez-vous dire « iteres » ?"},
+      {"aide cycle cycles", "« cycles » est de trop"},
+      {"cycle --piont 5", "L’option « --piont » n’existe pas. Vouliez-vous dire « --points » ?"},
+      {"cycle -k 3 --ordre 5..2 5", "à l’envers"},
+      {"cycle -k 3 --bfile --csv 5", "L’option --bfile"},
       {"image 5", "Il manque l’option -k K"},
       {"image -k 3", "Il manque un nombre"},
       {"image -k", "Il manque une valeur derrière l’option « -k »"},
@@ -93,7 +108,9 @@ TEST(WrongCall, IsToldKindByKind) {
       {"points-fixes", "Il manque l’option -k K"},
       {"points-fixes -k 9..3", "« 9..3 » est à l’envers"},
       {"points-fixes -k 3..", "est vide"},
-      {"points-fixes -k 3 5", "« 5 » est de trop"},
+      {"points-fixes -k 3 5", "« 5 » est de trop : cette sous-commande ne prend que des options"},
+      {"cycles 2..5", "« 2..5 » est de trop : la puissance se donne par l’option -k, écrivez -k 2..5."},
+      {"atlas -k 3 4", "« 4 » est de trop"},
       {"points-fixes -k 3 --fils 0", "--fils « 0 » est hors des limites"},
       {"points-fixes -k 5000", "de 1 à 200"},
       {"narcissiques", "Il faut un ordre"},

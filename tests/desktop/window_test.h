@@ -8,9 +8,9 @@
 #include <functional>
 #include <stdexcept>
 
-#include "desktop/long_text.h"
 #include "desktop/qt_desktop.h"
-#include "form/velmoire.h"
+#include "form/shell/velmoire.h"
+#include "widgets/long_text.h"
 
 /// How a failed check shows a text.
 inline void PrintTo(const QString& text, std::ostream* out) {

@@ -43,16 +43,19 @@ struct FaultState {
 };
 
 /// Puts faults in the place of the calls with which files are kept, and counts these. It holds for one
-/// process and the writers that it lends its memory, until it goes out of scope.
+/// process and the writers that it lends its memory, until it goes out of scope. The file system is the one
+/// there is, or one that is not known.
 class Faults {
  public:
-  explicit Faults(std::vector<Fault> faults = {}) {
+  explicit Faults(std::vector<Fault> faults = {}, bool isKnown = true) {
     state = FaultState();
     state.faults = std::move(faults);
     systemCalls.open = open;
     systemCalls.flock = [](int fd, int how) { return attempt("flock", ::flock, fd, how); };
     systemCalls.stat = [](const char* path, struct stat* out) { return attempt("stat", ::stat, path, out); };
     systemCalls.fstat = [](int fd, struct stat* out) { return attempt("fstat", ::fstat, fd, out); };
+    systemCalls.fstatfs = [](int fd, struct statfs* out) { return attempt("fstatfs", ::fstatfs, fd, out); };
+    if (!isKnown) systemCalls.fstatfs = [](int, struct statfs*) { return errno = ENOSYS, -1; };
     systemCalls.read = [](int fd, void* to, std::size_t size) {
       const bool parted = state.at(Kind::Short) && size > 0;
       return attempt("read", ::read, fd, to, parted ? 1 : size);

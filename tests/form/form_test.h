@@ -7,7 +7,7 @@
 #include "engine/plain_power.h"
 #include "engine/text/refusal.h"
 #include "form/scripted_desktop.h"
-#include "form/velmoire.h"
+#include "form/shell/velmoire.h"
 
 namespace zelvion::testing {
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "form/desktop.h"
+#include "form/shell/desktop.h"
 
 namespace zelvion::testing {
 

@@ -5,7 +5,7 @@
 
 #include "engine/text/refusal.h"
 #include "form/scripted_desktop.h"
-#include "form/velmoire.h"
+#include "form/shell/velmoire.h"
 
 namespace {
 

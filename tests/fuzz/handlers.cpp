@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "form/scripted_desktop.h"
-#include "form/velmoire.h"
+#include "form/shell/velmoire.h"
 
 namespace {
 

@@ -1,16 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 #include <regex>
-#include <set>
 #include <sstream>
 
 #include "data_files.h"
 #include "engine/fixedpoints/complete_search.h"
-#include "engine/text/utf8.h"
-#include "form/catalogue_rows.h"
-#include "form/velmoire.h"
+#include "form/catalogue/catalogue_rows.h"
 
 namespace zelvion {
 namespace {
@@ -44,22 +40,6 @@ TEST(Catalogue, LacksOneNumberOfAll) {
     if (row.order == 17) std::erase(numbers, "35875699062250035");
     EXPECT_EQ(numbersIn(std::string(row.text)), numbers) << row.order;
   }
-}
-
-TEST(DataFiles, HoldAllSilhouettesUpTo9999) {
-  std::set<std::string> all;
-  for (int number = 1; number <= 9999; ++number) all.insert(Velmoire::Classenbre(std::to_string(number)));
-  std::vector<std::string> listed = {"1", "2", "3", "4", "5", "6", "7", "8", "9"};
-  for (const std::string name : {"Listenbre2.txt", "Listenbre3.txt", "Listenbre4.txt"}) {
-    const std::string text = committed(name);
-    EXPECT_EQ(text.find('\n'), text.size() - 1) << name;
-    EXPECT_TRUE(text.ends_with(";\n") || text.ends_with(";\r\n")) << name;
-    const std::vector<std::string> row = numbersIn(text);
-    EXPECT_TRUE(std::is_sorted(row.begin(), row.end())) << name;
-    listed.insert(listed.end(), row.begin(), row.end());
-  }
-  EXPECT_EQ(listed.size(), 714U);
-  EXPECT_EQ(std::set<std::string>(listed.begin(), listed.end()), all);
 }
 
 }  // namespace

@@ -248,7 +248,7 @@ inline void store(const Roots& roots, const Complex* z, std::uint32_t* limbs, st
       limbs[(lane + 4) * stride + i] = static_cast<std::uint32_t>(im[lane]);
     }
   }
-  // What a stream leaves to carry goes into the next one. On the way the whole may be negative or too great:
+  // What a stream has to carry goes into the next one. Meanwhile the whole may be negative or too large:
   // it is right modulo the power of ten behind the last limb.
   for (std::size_t stream = 1; stream < 8; ++stream) {
     const Carry& left = stream > 4 ? carryIm : carryRe;

@@ -23,7 +23,7 @@ using Limbs = std::span<const Limb>;
 constexpr std::size_t kTransformLength = 192;
 constexpr std::size_t kVectorLength = 64;
 
-// The textbook way, with the columns left without a carry until the end: a column adds at most
+// The textbook way, with no carries until the end: a column adds at most
 // kTransformLength products below 10^16, which 64 bits hold.
 std::vector<Limb> multiplyColumns(Limbs a, Limbs b) {
   std::vector<std::uint64_t> columns(a.size() + b.size(), 0);
@@ -90,7 +90,7 @@ std::unique_ptr<const fourier::Roots> makeRoots() {
 
 std::vector<Limb> multiplyTransformed(Limbs a, Limbs b) {
   const std::size_t count = a.size() + b.size();
-  // There is room for more limbs than the product has, and no power of four could be greater.
+  // There is room for more limbs than the product has, and no power of four is greater.
   std::size_t size = 4;
   while (fourier::kMostLeaf * size * 4 <= count) size *= 4;
   size *= count / (size * 4) + 1;

@@ -20,10 +20,12 @@ struct Basin {
   /// tails[t]: how many of them reach the cycle after t steps and not before; the last is not 0. A number on
   /// the cycle has a tail of 0.
   std::vector<Decimal> tails;
-  /// The least number with the longest tail.
-  Decimal farthest;
+  /// leastByTail[t]: the least of these numbers; where tails[t] is 0, 0.
+  std::vector<Decimal> leastByTail;
 
   std::size_t longestTail() const noexcept { return tails.size() - 1; }
+  /// The least number with the longest tail.
+  const Decimal& farthest() const noexcept { return leastByTail.back(); }
   friend bool operator==(const Basin&, const Basin&) = default;
 };
 
@@ -38,6 +40,8 @@ struct Basins {
   const Basin& deepest() const;
   /// tails[t]: how many numbers have a tail of t, whatever their cycle.
   std::vector<Decimal> tails() const;
+  /// leastByTail[t]: the least of these numbers; where tails()[t] is 0, 0.
+  std::vector<Decimal> leastByTail() const;
 
   friend bool operator==(const Basins&, const Basins&) = default;
 };
@@ -53,6 +57,13 @@ struct TableMemory {
   void (*prepare)(void* block, std::size_t bytes) = nullptr;
 };
 
+/// How many digits the numbers to count for the power `k` have by default: those of
+/// the whole range as long as that is a matter of minutes, else fewer.
+int usualDigits(std::int32_t k);
+
+/// The table that is of use for such a count, in bytes.
+std::size_t usefulTable(std::int32_t k, int digits);
+
 /// Counts how the numbers below 10^digits fall into the cycles of `k` (1 to kMaxPower), exactly, and how long
 /// their tails are. `digits` is from 1 to kMaxCountedDigits; rangeDigits(k) takes all cycles in and tells how
 /// any number ends. Works on `threads` threads with a table of at most `memory` bytes and tells `progress`
@@ -61,11 +72,11 @@ struct TableMemory {
 /// are not 10^n for each n.
 ///
 /// Why it is exact: T depends on the multiset of a number's digits alone, zeros aside, so each multiset of
-/// `digits` digits from 0 to 9 is looked at once, and stands for as many numbers as its digits have
-/// arrangements. Its image is followed, in exact arithmetic, until a multiset whose way is known, or until a
+/// `digits` digits from 0 to 9 is taken once, and stands for as many numbers as its digits have
+/// arrangements. Its image is followed, in exact arithmetic, until a multiset whose fate is known, or until a
 /// multiset comes back, which closes a cycle. What is known of a multiset is g: a number of it that is not on
 /// the cycle takes g steps to get there. It holds for all its numbers, since they have the same image; those
-/// that are on the cycle themselves are told apart by looking them up among the points (135 has the digits of
+/// that are on the cycle themselves are looked up among its points (135 has the digits of
 /// 153, a fixed point for k = 3, and a tail of 1). A table that forgets costs time and changes nothing, for
 /// what it forgot is worked out anew.
 std::optional<Basins> basinsOf(std::int32_t k, int digits, unsigned threads, Progress& progress,

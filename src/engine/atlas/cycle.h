@@ -25,7 +25,7 @@ class Cycle {
   const Decimal& least() const noexcept { return points_.front(); }
   const Decimal& greatest() const noexcept { return *std::max_element(points_.begin(), points_.end()); }
 
-  /// Cycles of one power are told apart and sorted by their order, then by their least point.
+  /// Cycles of one power are compared by their order, then by their least point.
   friend bool operator==(const Cycle& a, const Cycle& b) noexcept { return (a <=> b) == 0; }
   friend std::strong_ordering operator<=>(const Cycle& a, const Cycle& b) noexcept {
     if (const auto order = a.order() <=> b.order(); order != 0) return order;

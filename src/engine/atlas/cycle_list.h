@@ -9,15 +9,6 @@
 
 namespace zelvion::atlas {
 
-inline constexpr std::uint32_t kMaxParts = 1'000'000;
-
-/// One of `count` equal parts of a search, at most kMaxParts; `number` is from 1 to `count`. The whole by
-/// default.
-struct Part {
-  std::uint32_t number = 1;
-  std::uint32_t count = 1;
-};
-
 /// Every cycle of the power `k` (1 to kMaxPower), 0's own among them, sorted by order, then by least point.
 /// Works on `threads` threads and tells `progress` how far it is (`found`: the cycles so far); nothing if it
 /// was stopped. Of a `part` it returns those of the cycles that lie there: joined() of all parts is the

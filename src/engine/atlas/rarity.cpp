@@ -3,7 +3,7 @@
 #include <bit>
 #include <random>
 
-#include "engine/arith/decimal.h"
+#include "engine/transform/power_multiples.h"
 
 namespace zelvion::atlas {
 namespace {
@@ -42,10 +42,7 @@ unsigned logarithm(std::uint64_t numerator, std::uint64_t denominator) {
 
 Rarity Rarity::of(std::int32_t k) {
   const int digits = rangeDigits(k);
-  std::array<Decimal, 10> powers;
-  for (std::uint64_t digit = 0; digit < 10; ++digit) {
-    powers[digit] = Decimal::power(Decimal(digit), static_cast<std::uint64_t>(k));
-  }
+  const std::array<Decimal, 10> powers = digitPowers(k);
   Counts totals{};
   std::mt19937 generator;  // the standard says what it draws
   for (std::uint64_t draw = 0; draw < kDraws; ++draw) {

@@ -8,8 +8,8 @@ CycleFinder::CycleFinder(DigitPower& power, const std::string& start) : power_(p
   history_.push(silhouetteOf(start));
 }
 
-std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
-  while (!cycle_ && step_ < last) {
+std::optional<Return> CycleFinder::advance(std::int32_t last) {
+  while (!return_ && step_ < last) {
     if (!orbit_.isNumber()) {
       advanceText();
       continue;
@@ -21,9 +21,9 @@ std::optional<Cycle> CycleFinder::advance(std::int32_t last) {
     advanceTo(std::min(last, step_ + std::max(kFewSteps, step_ / 8)));
     lookForReturn();
   }
-  if (!cycle_ || cycle_->step > last) return std::nullopt;
-  step_ = cycle_->step;
-  return cycle_;
+  if (!return_ || return_->step > last) return std::nullopt;
+  step_ = return_->step;
+  return return_;
 }
 
 // Iterates that are no numbers are the empty text at most once, and then zeros.
@@ -34,7 +34,7 @@ void CycleFinder::advanceText() {
   if (orbit_.isNumber()) {
     history_.push(orbit_.silhouette());
   } else if (step_ > 1 && orbit_.text() == previous) {
-    cycle_ = {step_, step_ - 1};
+    return_ = {step_, step_ - 1};
   }
 }
 
@@ -54,17 +54,9 @@ void CycleFinder::lookForReturn() {
   const std::size_t before = history_.latestEqual(step);
   if (before == 0) return;
   const std::size_t order = step - before;
-  std::size_t first = 1;
-  for (std::size_t end = before; first < end;) {
-    const std::size_t middle = (first + end) / 2;
-    if (history_.areEqual(middle, middle + order)) {
-      end = middle;
-    } else {
-      first = middle + 1;
-    }
-  }
+  std::size_t first = history_.firstReturn(order, 1, before);
   if (iterate(first) != iterate(first + order)) ++first;
-  cycle_ = {static_cast<std::int32_t>(first + order), static_cast<std::int32_t>(first)};
+  return_ = {static_cast<std::int32_t>(first + order), static_cast<std::int32_t>(first)};
 }
 
 // The iterate of a step, from the silhouette before it.
@@ -73,10 +65,10 @@ Decimal CycleFinder::iterate(std::size_t step) const {
 }
 
 // A point is the image of the one before it. What is no number is a zero text: a fixed point, without others.
-void CycleFinder::appendFurtherPoints(const Cycle& cycle, std::string& list) const {
+void CycleFinder::appendFurtherPoints(const Return& found, std::string& list) const {
   if (!orbit_.isNumber()) return;
-  const auto end = static_cast<std::size_t>(cycle.step - 1);
-  for (auto step = static_cast<std::size_t>(cycle.first); step < end;) {
+  const auto end = static_cast<std::size_t>(found.step - 1);
+  for (auto step = static_cast<std::size_t>(found.first); step < end;) {
     if (const auto silhouettes = history_.packedFrom(step, end - step); !silhouettes.empty()) {
       power_.transformation()->appendImages(silhouettes, list);
       step += silhouettes.size();

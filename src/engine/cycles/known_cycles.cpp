@@ -12,23 +12,34 @@ constexpr unsigned kLastTableBits = 20;
 }  // namespace
 
 KnownCycles::KnownCycles(Transformation& transformation)
-    : transformation_(transformation), tableBits_(kFirstTableBits), table_(std::size_t{1} << tableBits_) {}
+    : transformation_(transformation),
+      small_(transformation.k()),
+      tableBits_(kFirstTableBits),
+      table_(std::size_t{1} << tableBits_) {}
 
 std::optional<KnownCycles::Fall> KnownCycles::find(std::string_view digits, std::int32_t limit,
                                                    const std::atomic<bool>& stop) {
+  if (small_.hold(digits.size()) && !stop) {
+    const auto [cycle, tail] = small_.find(digits, [this](auto points) { return indexOf(points); });
+    return within(limit, cycle, tail);
+  }
   const Silhouette silhouette = silhouetteOf(digits);
   const auto word = packed(silhouette);
   const Entry* const entry = word ? known(*word) : nullptr;
   const std::optional<Entry> found =
       entry != nullptr ? *entry : follow(silhouette, static_cast<std::size_t>(limit), stop);
   if (!found) return std::nullopt;
-  const KnownCycle& cycle = cycles_[found->cycle];
+  const SilhouetteCycle& cycle = cycles_[found->cycle];
   const bool mayBeOnCycle =
       found->steps == 1 && digits.size() >= cycle.least.digits() && digits.size() <= cycle.greatest.digits();
   const bool isOnCycle = mayBeOnCycle && contains(cycle, silhouette, Decimal::parse(digits));
-  const std::size_t tail = isOnCycle ? 0 : found->steps;
-  if (tail + cycle.order() > static_cast<std::size_t>(limit)) return std::nullopt;
-  return Fall{&cycle, static_cast<std::int32_t>(tail)};
+  return within(limit, found->cycle, isOnCycle ? 0 : found->steps);
+}
+
+std::optional<KnownCycles::Fall> KnownCycles::within(std::int32_t limit, std::uint32_t cycle,
+                                                     std::size_t tail) const {
+  if (tail + cycles_[cycle].order() > static_cast<std::size_t>(limit)) return std::nullopt;
+  return Fall{&cycles_[cycle], cycle, static_cast<std::int32_t>(tail)};
 }
 
 // Iterates until a silhouette comes that is known, or comes back. The return of a silhouette may be one step
@@ -73,17 +84,9 @@ void KnownCycles::advance(SilhouetteHistory& history, Silhouette& current, std::
 // The latest silhouette equals that of step `before`, and none in between.
 KnownCycles::Entry KnownCycles::close(const SilhouetteHistory& history, std::size_t before) {
   const std::size_t order = history.size() - 1 - before;
-  std::size_t first = 0;
-  for (std::size_t end = before; first < end;) {
-    const std::size_t middle = (first + end) / 2;
-    if (history.areEqual(middle, middle + order)) {
-      end = middle;
-    } else {
-      first = middle + 1;
-    }
-  }
+  const std::size_t first = history.firstReturn(order, 0, before);
   // The points are the images of the silhouettes that come back, each with the silhouette one step later.
-  KnownCycle cycle;
+  SilhouetteCycle cycle;
   std::size_t leastAt = 0;
   for (std::size_t i = 0; i < order; ++i) {
     const Decimal point = transformation_.image(history.at(first + i));
@@ -119,15 +122,25 @@ KnownCycles::Entry KnownCycles::settle(const SilhouetteHistory& history, std::si
 }
 
 // A cycle comes a second time where the table has lost its silhouettes.
-std::uint32_t KnownCycles::indexOf(KnownCycle cycle) {
-  const auto found = std::ranges::find(cycles_, cycle.least, &KnownCycle::least);
+std::uint32_t KnownCycles::indexOf(SilhouetteCycle cycle) {
+  const auto found = std::ranges::find(cycles_, cycle.least, &SilhouetteCycle::least);
   const auto index = static_cast<std::uint32_t>(found - cycles_.begin());
   if (found == cycles_.end()) cycles_.push_back(std::move(cycle));
   return index;
 }
 
+std::uint32_t KnownCycles::indexOf(std::span<const std::uint32_t> points) {
+  const auto [least, greatest] = std::ranges::minmax_element(points);
+  SilhouetteCycle cycle{{}, Decimal(*least), Decimal(*greatest)};
+  for (const std::uint32_t point : points) cycle.silhouettes.push_back(silhouetteOf(Decimal(point)));
+  auto& silhouettes = cycle.silhouettes;
+  std::rotate(silhouettes.begin(), silhouettes.begin() + (least - points.begin()), silhouettes.end());
+  return indexOf(std::move(cycle));
+}
+
 // The points of a cycle have silhouettes of their own, since each point has one image.
-bool KnownCycles::contains(const KnownCycle& cycle, const Silhouette& silhouette, const Decimal& number) {
+bool KnownCycles::contains(const SilhouetteCycle& cycle, const Silhouette& silhouette,
+                           const Decimal& number) {
   if (number < cycle.least || number > cycle.greatest) return false;
   const auto found = std::ranges::find(cycle.silhouettes, silhouette);
   if (found == cycle.silhouettes.end()) return false;
@@ -135,7 +148,7 @@ bool KnownCycles::contains(const KnownCycle& cycle, const Silhouette& silhouette
   return transformation_.image(*(before - 1)) == number;
 }
 
-std::vector<Decimal> KnownCycles::points(const KnownCycle& cycle) {
+std::vector<Decimal> KnownCycles::points(const SilhouetteCycle& cycle) {
   std::vector<Decimal> points = {cycle.least};
   for (std::size_t i = 0; i + 1 < cycle.order(); ++i) {
     points.push_back(transformation_.image(cycle.silhouettes[i]));

@@ -77,4 +77,16 @@ std::size_t SilhouetteHistory::latestEqual(std::size_t step) const {
   return 0;
 }
 
+std::size_t SilhouetteHistory::firstReturn(std::size_t order, std::size_t first, std::size_t end) const {
+  while (first < end) {
+    const std::size_t middle = (first + end) / 2;
+    if (areEqual(middle, middle + order)) {
+      end = middle;
+    } else {
+      first = middle + 1;
+    }
+  }
+  return first;
+}
+
 }  // namespace zelvion

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "engine/transform/silhouette.h"
+#include "engine/transform/packed_silhouette.h"
 
 namespace zelvion {
 
@@ -30,6 +30,9 @@ class SilhouetteHistory {
   bool areEqual(std::size_t a, std::size_t b) const;
   /// The latest step before `step` with the same silhouette; 0 if there is none, for the start never counts.
   std::size_t latestEqual(std::size_t step) const;
+  /// The first step from `first` on whose silhouette comes back after `order` steps, as that of `end` does;
+  /// by bisection, since from there on all do.
+  std::size_t firstReturn(std::size_t order, std::size_t first, std::size_t end) const;
 
  private:
   static constexpr std::size_t kBlock = 4096;

@@ -60,7 +60,7 @@ std::int32_t MultisetWalk::count(int digits) { return static_cast<std::int32_t>(
 
 MultisetWalk::MultisetWalk(DigitPower& power, std::size_t nines) : nines_(nines) {
   // Under a power below 1 the first image is empty and the second one "0". An image of n digits has an image
-  // of at most n times 9^k: where the nines in front make more, nobody needs to look.
+  // of at most n times 9^k: where the nines in front make more, there is none.
   const double front = static_cast<double>(nines);
   hopeless_ = power.k() < 1 || power.k() * std::log10(9.0) + std::log10(front + kMaxDigits) + 2 < front;
   if (!hopeless_) prepare(*power.transformation());
@@ -73,7 +73,7 @@ void MultisetWalk::prepare(const Transformation& transformation) {
   size_ = (imageDigits + kLimbDigits - 1) / kLimbDigits;
   tolerance_ = static_cast<std::uint32_t>(std::max(size_ * kLimbDigits, mostDigits));
 
-  // What the sums of weights and the tolerance leave of their bits is for the weight of a nine.
+  // The bits that the sums of weights and the tolerance do not need are for the weight of a nine.
   const std::uint32_t unit = (std::uint32_t{1} << 31) / (tolerance_ + 1);
   const std::uint32_t coarseUnit = (0xFFFF - std::min(2 * tolerance_, 0xFFFFU)) / (tolerance_ + 1);
   weights_.assign(10, 0);

@@ -37,7 +37,7 @@ class MultisetWalk {
 
   /// Goes through all candidates of `digits` digits (1 to kMaxDigits) and hands those that pass the sieve to
   /// `survivor`, each as its digits without the nines: every candidate whose image is a fixed point is among
-  /// them, and hardly another. Returns the number of candidates.
+  /// them, and next to no other. Returns the number of candidates.
   std::int32_t run(int digits, const Survivor& survivor);
 
   /// How many multisets of `digits` non-zero digits, 0 to kMaxDigits, there are: C(digits + 8, 8).
@@ -90,7 +90,7 @@ class MultisetWalk {
 
   std::array<Short, 10> coarseWeights_{};  ///< of the digits 0 to 9, modulo 2^16 like all that come of them
   vector_sieve::DigitWeights coarseBytes_{};  ///< the same
-  std::vector<Short> places_;                 ///< of the tails that the vectors leave
+  std::vector<Short> places_;                 ///< of the tails that pass the vectors
 };
 
 }  // namespace zelvion

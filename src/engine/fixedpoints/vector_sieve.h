@@ -6,7 +6,7 @@
 /// The sieve of the multiset walk, for sixteen candidates at a time with vectors of AVX2.
 namespace zelvion::vector_sieve {
 
-/// As many candidates are looked at together.
+/// How many candidates are tested together.
 constexpr std::size_t kLanes = 16;
 
 /// The weights of the digits modulo 2^16, their lower and their higher bytes apart; 0 after the ten digits.

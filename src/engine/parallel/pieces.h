@@ -7,13 +7,25 @@
 
 namespace zelvion {
 
-/// How a long computation stands: written by its threads, read by whoever shows it. Setting `stop`, which a
-/// signal handler may do as well, ends it soon.
+/// The progress of a long computation: written by its threads, read by whoever shows it. Setting `stop`,
+/// which a signal handler may do as well, ends it soon.
 struct Progress {
   std::atomic<bool> stop{false};
   std::atomic<std::uint64_t> pieces{0};  ///< to be done in all, as far as is known
   std::atomic<std::uint64_t> done{0};
   std::atomic<std::uint64_t> found{0};
+};
+
+inline constexpr std::uint32_t kMaxParts = 1'000'000;
+
+/// One of `count` parts of a search that are much alike, at most kMaxParts; `number` is from 1 to `count`.
+/// The whole by default.
+struct Part {
+  std::uint32_t number = 1;
+  std::uint32_t count = 1;
+
+  /// Whether the piece at `place`, from 0 on, lies there.
+  bool has(std::size_t place) const noexcept { return place % count == number - 1; }
 };
 
 /// Calls work(piece, worker) for every piece below `count`, started in ascending order, on up to `threads`

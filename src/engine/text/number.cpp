@@ -63,11 +63,17 @@ void requireDigits(std::string_view text) {
                 std::string(text), place);
 }
 
+std::string_view digitsOf(std::string_view text) {
+  if (text.empty()) throw Refusal("Le nombre est vide : il faut au moins un chiffre.");
+  requireDigits(text);
+  return text.substr(std::min(text.find_first_not_of('0'), text.size() - 1));
+}
+
 void requireLength(std::string_view text, std::size_t limit) {
   const std::size_t size = length(text);
   if (size <= limit) return;
-  throw Refusal("Le nombre " + quoted(text) + " est trop long : il a " + std::to_string(size) +
-                " caractères, et " + std::to_string(limit) + " au plus sont acceptés.");
+  throw Refusal("Le nombre " + quoted(text) + " est trop long : il a " + grouped(size) + " caractères, et " +
+                grouped(limit) + " au plus sont acceptés.");
 }
 
 std::int32_t valueOf(std::string_view text) {

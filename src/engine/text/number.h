@@ -16,6 +16,10 @@ inline constexpr std::size_t kMaxCharacters = 32'766;
 /// Throws Refusal unless `text` holds decimal digits only.
 void requireDigits(std::string_view text);
 
+/// The digits that `text` holds, without zeros in front. Throws Refusal if it is empty or holds anything
+/// else.
+std::string_view digitsOf(std::string_view text);
+
 /// Throws Refusal if `text` has more than `limit` characters.
 void requireLength(std::string_view text, std::size_t limit = kMaxCharacters);
 

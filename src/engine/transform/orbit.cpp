@@ -36,9 +36,30 @@ Transformation* DigitPower::transformation() {
 }
 
 std::size_t Orbit::advance(std::span<PackedSilhouette> between) {
+  const std::size_t steps = step(between);
+  steps_ += steps;
+  return steps;
+}
+
+// Throws Refusal if the current value, which nobody typed, is too long to be transformed.
+void Orbit::requireLength() const {
+  const std::size_t digits = number_.digits();
+  if (digits <= text::kMaxCharacters) return;
+  Silhouette longest;
+  longest.counts.back() = text::kMaxCharacters;
+  throw Refusal(
+      "L’itéré numéro " + text::grouped(steps_) + ", " + text::quoted(number_.text()) + ", a " +
+      text::grouped(digits) + " chiffres\u00a0: pour être transformé à son tour, il en faudrait au plus " +
+      text::grouped(text::kMaxCharacters) + ". Aucun itéré n’est trop long tant que k ne dépasse pas " +
+      text::grouped(
+          static_cast<std::uint64_t>(Transformation::greatestPower(longest, text::kMaxCharacters))) +
+      ".");
+}
+
+std::size_t Orbit::step(std::span<PackedSilhouette> between) {
   if (isNumber_) {
     const bool mayBeLong = number_.limbs().size() > text::kMaxCharacters / Decimal::kLimbDigits;
-    if (mayBeLong) text::requireLength(number_.text());
+    if (mayBeLong) requireLength();
     Transformation& transformation = *power_.transformation();
     const std::size_t steps = transformation.iterate(silhouette_, between);
     silhouette_ = transformation.apply(silhouette_, number_);

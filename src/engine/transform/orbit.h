@@ -62,9 +62,13 @@ class Orbit {
   void appendTo(std::string& out) const;
 
  private:
+  std::size_t step(std::span<PackedSilhouette> between);
+  void requireLength() const;
+
   DigitPower& power_;
   std::string text_;
   bool isNumber_ = false;
+  std::uint64_t steps_ = 0;  ///< from the start to the current value
   Decimal number_;
   Silhouette silhouette_;
 };

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <numeric>
-#include <optional>
 #include <string_view>
 
 #include "engine/arith/decimal.h"
@@ -16,13 +15,6 @@ struct Silhouette {
 
   friend bool operator==(const Silhouette&, const Silhouette&) = default;
 };
-
-/// A silhouette in one word: nine counts of at most 127 in seven bits each, that of the digit 1 lowest. Two
-/// silhouettes that fit a word are equal where their words are.
-using PackedSilhouette = std::uint64_t;
-/// The word, or nothing if a count is above 127.
-std::optional<PackedSilhouette> packed(const Silhouette& silhouette);
-Silhouette unpacked(PackedSilhouette word);
 
 /// How many digits other than zero there are in all.
 inline std::uint32_t totalOf(const Silhouette& silhouette) {

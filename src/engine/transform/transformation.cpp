@@ -219,20 +219,20 @@ Decimal Transformation::power(int digit) const {
   return power;
 }
 
-std::int32_t Transformation::greatestPower(const Silhouette& silhouette) {
+std::int32_t Transformation::greatestPower(const Silhouette& silhouette, std::size_t maxDigits) {
   for (int digit = 9; digit > 1; --digit) {
     const long double count = silhouette.counts[static_cast<std::size_t>(digit - 1)];
     if (count == 0) continue;
     const long double logarithm = std::log10(static_cast<long double>(digit));
-    return static_cast<std::int32_t>(std::ceil((kMaxImageDigits - std::log10(count)) / logarithm)) - 1;
+    return static_cast<std::int32_t>(std::ceil((maxDigits - std::log10(count)) / logarithm)) - 1;
   }
   return std::numeric_limits<std::int32_t>::max();
 }
 
 void Transformation::refuse(std::size_t digits, const Silhouette& silhouette) const {
-  throw Refusal("Avec la puissance k = " + std::to_string(k_) + ", le transformé aurait " +
-                text::grouped(digits) + " chiffres\u00a0; le maximum est de " +
-                text::grouped(kMaxImageDigits) + " chiffres. Pour ce nombre, k peut aller jusqu’à " +
+  throw Refusal("Avec la puissance k = " + std::to_string(k_) + ", l’image aurait " + text::grouped(digits) +
+                " chiffres\u00a0; le maximum est de " + text::grouped(kMaxImageDigits) +
+                " chiffres. Pour ce nombre, k peut aller jusqu’à " +
                 text::grouped(static_cast<std::uint64_t>(greatestPower(silhouette))) + ".");
 }
 

@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "engine/arith/decimal.h"
-#include "engine/transform/silhouette.h"
+#include "engine/transform/packed_silhouette.h"
 #include "engine/transform/vector_image.h"
 
 namespace zelvion {
 
-/// What stands between the numbers of a list.
+/// Separates the numbers of a list.
 inline constexpr std::string_view kListSeparator = ", ";
 
 /// The digit-power transformation T for one power k: a number goes to the sum of the k-th powers of its
@@ -23,7 +23,8 @@ class Transformation {
  public:
   /// An image with more digits than this is refused.
   static constexpr std::size_t kMaxImageDigits = 1'000'000;
-  /// The most digits that a silhouette may have in all for the fast way; above, each product is made apart.
+  /// The most digits that a silhouette may have in all for the fast path; above, each product is worked out
+  /// on its own.
   static constexpr std::uint32_t kMaxCount = 1'000'000;
 
   /// Works out the powers of the nine digits that are short enough to be of use. `k` is at least 1.
@@ -43,9 +44,9 @@ class Transformation {
   /// led to is not refused.
   std::size_t iterate(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
 
-  /// The greatest k with which the image of a number with this silhouette has no more than kMaxImageDigits
+  /// The greatest k with which the image of a number with this silhouette has no more than `maxDigits`
   /// digits; the greatest of all for the digits 0 and 1 alone.
-  static std::int32_t greatestPower(const Silhouette& silhouette);
+  static std::int32_t greatestPower(const Silhouette& silhouette, std::size_t maxDigits = kMaxImageDigits);
 
   std::int32_t k() const noexcept { return k_; }
   /// The k-th power of `digit`, 1 to 9, which must not be longer than kMaxImageDigits.

@@ -29,7 +29,7 @@ bool isSupported() noexcept;
 
 /// Puts the image of the silhouette `counts` into `limbs`, four limbs of eight digits for each vector, and
 /// its own silhouette into `counts`. `rows` has `vectors` times kPairs pairs, from 1 to kMaxVectors vectors.
-/// Returns false, and leaves `counts` as they were, where a carry runs through a limb of nines.
+/// Returns false, and `counts` as they were, where a carry runs through a limb of nines.
 bool apply(const RowPair* rows, std::size_t vectors, std::uint32_t* counts, std::uint32_t* limbs) noexcept;
 
 /// Goes from the silhouette `counts` to the silhouettes of up to `steps` images, one after another, which go
@@ -42,7 +42,7 @@ std::size_t iterate(const RowPair* rows, std::size_t vectors, std::uint32_t* cou
 /// kSeparatorSize characters of `separator`, and returns where the first one begins. The last one is written
 /// first, so that the zeros in front of a text lie where the one before it goes: there has to be room for the
 /// separator and all digits of the vectors for each. Returns null where an image is zero or a carry runs
-/// through a limb of nines; the room is scratch then. An image is never too long: 127 powers of each digit
+/// through a limb of nines; the buffer is scratch then. An image is never too long: 127 powers of each digit
 /// add up to less than kMaxCount of the digit 9, or for k = 1 and 2 to a few digits.
 char* write(const RowPair* rows, std::size_t vectors, const std::uint64_t* packed, std::size_t count,
             const char* separator, char* end) noexcept;

@@ -23,7 +23,7 @@ void expectSameReturn(unsigned k, const std::string& start) {
   EXPECT_FALSE(finder.advance(step / 2));
   EXPECT_FALSE(finder.advance(step - 1));
   EXPECT_EQ(finder.current(), before) << k << " " << start;
-  const std::optional<Cycle> cycle = finder.advance(100'000);
+  const std::optional<Return> cycle = finder.advance(100'000);
   ASSERT_TRUE(cycle) << k << " " << start;
   EXPECT_EQ(cycle->step, step) << k << " " << start;
   EXPECT_EQ(cycle->first, seen[value]) << k << " " << start;
@@ -54,7 +54,7 @@ TEST(CycleFinder, LongIterations) {
     DigitPower power(std::to_string(k));
     CycleFinder finder(power, "789");
     EXPECT_FALSE(finder.advance(step - 1)) << k;
-    const std::optional<Cycle> cycle = finder.advance(step);
+    const std::optional<Return> cycle = finder.advance(step);
     ASSERT_EQ(cycle ? cycle->order() : 0, order) << k;
     const testing::PlainPower plain(k);
     std::string point = finder.current();

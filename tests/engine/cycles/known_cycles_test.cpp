@@ -38,11 +38,14 @@ void expectFall(KnownCycles& cycles, const testing::PlainPower& plain, const std
 
 TEST(KnownCycles, AgreeWithAMapOfAllIteratesWhateverCameBefore) {
   std::mt19937_64 random(135);
-  for (const unsigned k : {1U, 2U, 3U, 4U, 5U, 9U, 16U, 25U}) {
+  for (const unsigned k : {1U, 2U, 3U, 4U, 5U, 6U, 7U, 9U, 16U, 25U}) {
     const testing::PlainPower plain(k);
     Transformation transformation(static_cast<std::int32_t>(k));
     KnownCycles cycles(transformation);
     for (int number = 0; number < 400; ++number) expectFall(cycles, plain, std::to_string(number));
+    for (const std::size_t size : {7U, 8U, 71U, 72U, 639U, 640U}) {  // where images pass four millions
+      expectFall(cycles, plain, std::string(size, '9'));
+    }
     std::string onCycle = "789";
     for (int i = 0; i < 900; ++i) onCycle = plain.image(onCycle);
     for (int i = 0; i < 40; ++i) {
@@ -58,9 +61,9 @@ TEST(KnownCycles, AgreeWithAMapOfAllIteratesWhateverCameBefore) {
 
 // Counts above 127 have no place in the table.
 TEST(KnownCycles, TakeNumbersOfAnyLength) {
-  Transformation transformation(3);
+  Transformation transformation(7);
   KnownCycles cycles(transformation);
-  const testing::PlainPower plain(3);
+  const testing::PlainPower plain(7);
   for (const std::size_t size : {126U, 127U, 128U, 5'000U, 5'000U, 2'000'000U}) {
     expectFall(cycles, plain, std::string(size, '9'));
   }
@@ -86,13 +89,18 @@ TEST(KnownCycles, ForgetWithoutHarm) {
 }
 
 TEST(KnownCycles, KeepToTheLimitWhateverIsKnown) {
-  Transformation transformation(2);
-  KnownCycles cycles(transformation);
   const std::atomic<bool> stopped{true};
-  EXPECT_FALSE(cycles.find("789", 10, false));  // 3 steps to a cycle of 8
-  EXPECT_FALSE(KnownCycles(transformation).find("789", 11, stopped));
-  EXPECT_TRUE(cycles.find("789", 11, false));
-  EXPECT_FALSE(cycles.find("789", 10, false));
+  for (const std::int32_t k : {2, 9}) {
+    Transformation transformation(k);
+    KnownCycles first(transformation);
+    const auto fall = first.find("789", kLimit, false);
+    const auto needed = fall->tail + static_cast<std::int32_t>(fall->cycle->order());
+    KnownCycles cycles(transformation);
+    EXPECT_FALSE(cycles.find("789", needed - 1, false));
+    EXPECT_FALSE(KnownCycles(transformation).find("789", needed, stopped));
+    EXPECT_TRUE(cycles.find("789", needed, false));
+    EXPECT_FALSE(cycles.find("789", needed - 1, false));
+  }
 }
 
 }  // namespace

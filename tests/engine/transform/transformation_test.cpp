@@ -9,6 +9,7 @@
 
 #include "engine/plain_power.h"
 #include "engine/transform/orbit.h"
+#include "engine/transform/short_images.h"
 
 namespace zelvion {
 namespace {
@@ -82,6 +83,25 @@ TEST(Transformation, WalksAndTextsAgreeWithGmp) {
     transformation.appendImages(silhouettes, list);
     EXPECT_EQ(list, expected) << k;
   }
+}
+
+TEST(ShortImages, AgreeWithGmpUpToTheLongestNumbers) {
+  std::mt19937_64 random(18);
+  for (const unsigned k : {1U, 4U, 19U, 20U}) {
+    const ShortImages images(static_cast<std::int32_t>(k));
+    const testing::PlainPower plain(k);
+    for (std::size_t size = 1; size <= std::min<std::size_t>(images.maxDigits(), 19); ++size) {
+      std::string digits(size, '9');
+      for (int round = 0; round < 30; ++round) {
+        ASSERT_EQ(std::to_string(images.of(digits)), plain.image(digits)) << digits;
+        ASSERT_EQ(images.of(std::stoull(digits)), images.of(digits)) << digits;
+        for (char& digit : digits) digit = static_cast<char>('0' + random() % 10);
+      }
+    }
+  }
+  EXPECT_EQ(ShortImages(19).maxDigits(), 13U);
+  EXPECT_EQ(ShortImages(21).maxDigits(), 0U);
+  EXPECT_EQ(ShortImages(1'000'000).maxDigits(), 0U);
 }
 
 TEST(Transformation, CarriesRunThroughLimbsOfNines) {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "engine/transform/silhouette.h"
+
+namespace zelvion::command {
+
+/// The least number with a silhouette, in full: its digits ascend.
+std::string leastNumber(const Silhouette& silhouette);
+/// The same for people, runs of one digit written short: "3789 suivi de 973 fois 9".
+std::string leastNumberText(const Silhouette& silhouette);
+
+}  // namespace zelvion::command

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QSpinBox>
+
+namespace zelvion {
+
+/// The box for k. What is typed there and is no power stays to be mended, and is told.
+class PowerBox : public QSpinBox {
+  Q_OBJECT
+
+ public:
+  explicit PowerBox(QWidget* parent = nullptr);
+
+ signals:
+  /// A sentence that says why the text is no power; nothing once it is one.
+  void refused(const QString& sentence);
+
+ protected:
+  QValidator::State validate(QString& text, int& place) const override;
+};
+
+}  // namespace zelvion

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <memory>
+
+#include "explorer/computation.h"
+#include "explorer/cycle_table.h"
+#include "explorer/path.h"
+#include "explorer/power.h"
+
+class QCheckBox;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QSortFilterProxyModel;
+class QSplitter;
+class QTableView;
+class QTabWidget;
+
+namespace zelvion {
+
+class NumberEdit;
+class NumberText;
+class Picture;
+class PictureView;
+class PowerBox;
+
+/// The window of the atlas: the cycles of a power, and where a number goes.
+class AtlasWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  AtlasWindow();
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  // The window.
+  QWidget* makeBoxes();
+  QWidget* makeList();
+  QWidget* makeCycle();
+  QWidget* makeTabs();
+  void makeMenu();
+  void connectAll();
+
+  // What is asked and what is known.
+  void askPower();
+  void showPower(std::shared_ptr<const Power> power);
+  void count();
+  void askPath();
+  void showPath(std::shared_ptr<const Path> path);
+  void interrupt();
+  void showStanding();
+  void chooseCycle();
+  void showPictures();
+  void readOut(const QString& name);
+  void follow(const QString& digits);
+  void recover(bool memory);
+  void tell(const QString& sentence);
+
+  // What can be taken along.
+  const PictureView* viewInUse() const;
+  void savePicture();
+  void saveList();
+  void print();
+  void save(const QString& name, const QByteArray& bytes);
+
+  PowerBox* k_;
+  NumberEdit* p_;
+  QLabel* complaint_;  ///< beside the boxes
+  QLabel* where_;      ///< where p goes
+  QLabel* proof_;
+  QProgressBar* progress_;
+  QPushButton* stop_;
+  QPushButton* start_;
+  QTableView* table_;
+  CycleTable* cycles_;
+  QSortFilterProxyModel* sorted_;
+  PictureView* ring_;
+  QLabel* facts_;
+  NumberText* points_;
+  QTabWidget* tabs_;
+  PictureView* map_;
+  PictureView* path_;
+  QCheckBox* logarithmic_;
+  NumberText* iterates_;
+  PictureView* tails_;
+  QLabel* readout_;  ///< what the pointer or the keys are at
+
+  std::shared_ptr<const Power> power_;  ///< null as long as it is not known
+  std::shared_ptr<const Path> known_;   ///< the path of p, likewise
+  bool isCounting_ = false;             ///< not listing, that is, if anything runs
+  KeptPowers kept_;
+  QTimer standing_;
+  Computation listing_;    ///< works on the power
+  Computation following_;  ///< works on the path
+};
+
+}  // namespace zelvion

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <ranges>
 
 #include "pages/embedded/embedded.h"
 #include "pages/html.h"
@@ -27,12 +26,23 @@ enum Column {
   kColumns
 };
 
+// The parts of `text` between its separators, which may be empty.
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts(1);
+  for (const char c : text) {
+    if (c == separator) {
+      parts.emplace_back();
+    } else {
+      parts.back() += c;
+    }
+  }
+  return parts;
+}
+
 std::vector<std::vector<std::string>> rowsOf(std::string_view csv) {
   std::vector<std::vector<std::string>> rows;
-  for (const auto line : std::views::split(csv, '\n')) {
-    auto& row = rows.emplace_back();
-    for (const auto field : std::views::split(line, ',')) row.emplace_back(field.begin(), field.end());
-    if (row.size() != kColumns) rows.pop_back();
+  for (const auto& line : split(std::string(csv), '\n')) {
+    if (auto row = split(line, ','); row.size() == kColumns) rows.push_back(std::move(row));
   }
   rows.erase(rows.begin());
   return rows;

@@ -43,6 +43,10 @@ auto withProgress(std::int32_t k, const char* what, Stretch stretch, Environment
   return engine(progress);
 }
 
+atlas::TableMemory tableOf(const AtlasWork& work) {
+  return {work.memory, [](void* block, std::size_t bytes) { ::madvise(block, bytes, MADV_HUGEPAGE); }};
+}
+
 }  // namespace
 
 AtlasWork::AtlasWork(const Arguments& arguments, const Environment& environment, IntegerRange powers,
@@ -55,7 +59,7 @@ AtlasWork::AtlasWork(const Arguments& arguments, const Environment& environment,
 }
 
 int AtlasWork::digitsFor(std::int32_t k) const {
-  return digits ? std::min(*digits, atlas::rangeDigits(k)) : atlas::usualDigits(k);
+  return std::max(leastDigits, digits ? std::min(*digits, atlas::rangeDigits(k)) : atlas::usualDigits(k));
 }
 
 std::optional<SearchPart> findPart(std::int32_t k, Part part, const AtlasWork& work, Environment& environment,
@@ -67,10 +71,8 @@ std::optional<SearchPart> findPart(std::int32_t k, Part part, const AtlasWork& w
   if (!cycles) return std::nullopt;
   found.cycles = std::move(*cycles);
   if (!work.withBasins) return found;
-  const atlas::TableMemory memory{
-      work.memory, [](void* block, std::size_t bytes) { ::madvise(block, bytes, MADV_HUGEPAGE); }};
   found.basins = withProgress(k, "bassins", stretch, environment, [&](Progress& progress) {
-    return atlas::basinsOf(k, work.digitsFor(k), work.threads, progress, memory, part);
+    return atlas::basinsOf(k, work.digitsFor(k), work.threads, progress, tableOf(work), part);
   });
   if (!found.basins) return std::nullopt;
   return found;
@@ -90,6 +92,14 @@ std::optional<pages::AtlasFacts> findFacts(std::int32_t k, AtlasWork& work, Envi
 pages::AtlasFacts factsOf(SearchPart whole) {
   if (whole.basins) return pages::factsOf(whole.k, std::move(whole.cycles), std::move(*whole.basins));
   return {whole.k, atlas::rangeDigits(whole.k), std::move(whole.cycles), {}};
+}
+
+atlas::FarRecords findRecordsBeyond(const atlas::Basins& counted, const AtlasWork& work,
+                                    Environment& environment) {
+  constexpr std::uint32_t kMostDigits = 100'000;
+  return withProgress(counted.k, "au-delà", {}, environment, [&](Progress& progress) {
+    return atlas::recordsBeyond(counted, work.threads, progress, kMostDigits, tableOf(work));
+  });
 }
 
 }  // namespace zelvion::command

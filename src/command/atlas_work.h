@@ -9,6 +9,7 @@
 #include "command/parts.h"
 #include "command/resumption.h"
 #include "command/run.h"
+#include "engine/atlas/records.h"
 #include "pages/facts.h"
 
 namespace zelvion::command {
@@ -29,7 +30,8 @@ struct AtlasWork {
 
   bool withBasins;
   std::optional<int> digits;
-  std::size_t memory;  ///< in bytes
+  int leastDigits = 1;  ///< are counted, whatever the power
+  std::size_t memory;   ///< in bytes
   unsigned threads;
   std::optional<Resumption> resumption;
 };
@@ -48,5 +50,9 @@ std::optional<SearchPart> findPart(std::int32_t k, Part part, const AtlasWork& w
 std::optional<pages::AtlasFacts> findFacts(std::int32_t k, AtlasWork& work, Environment& environment);
 /// Those of all parts of a power in one. Without basins there are none in the facts.
 pages::AtlasFacts factsOf(SearchPart whole);
+
+/// The least numbers with more steps than those counted, as atlas::recordsBeyond(), with a line of progress.
+atlas::FarRecords findRecordsBeyond(const atlas::Basins& counted, const AtlasWork& work,
+                                    Environment& environment);
 
 }  // namespace zelvion::command

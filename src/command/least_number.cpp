@@ -2,13 +2,6 @@
 
 namespace zelvion::command {
 
-std::string leastNumber(const Silhouette& silhouette) {
-  std::string number;
-  for (std::size_t i = 0; i < silhouette.counts.size(); ++i)
-    number.append(silhouette.counts[i], static_cast<char>('1' + i));
-  return number.empty() ? "0" : number;
-}
-
 std::string leastNumberText(const Silhouette& silhouette) {
   constexpr std::uint32_t kLongRun = 20;
   std::string text;

@@ -6,9 +6,8 @@
 
 namespace zelvion::command {
 
-/// The least number with a silhouette, in full: its digits ascend.
-std::string leastNumber(const Silhouette& silhouette);
-/// The same for people, runs of one digit written short: "3789 suivi de 973 fois 9".
+/// The least number with a silhouette, runs of one digit written short for people: "3789 suivi de 973 fois
+/// 9".
 std::string leastNumberText(const Silhouette& silhouette);
 
 }  // namespace zelvion::command

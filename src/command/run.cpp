@@ -19,8 +19,8 @@
 namespace zelvion::command {
 namespace {
 
-constexpr std::array kSubcommands = {&kImage,        &kIterates,    &kCycle,  &kSilhouette, &kAntecedents,
-                                     &kNarcissistic, &kFixedPoints, &kCycles, &kAtlas};
+constexpr std::array kSubcommands = {&kImage,   &kIterates,     &kCycle,       &kSilhouette, &kAntecedents,
+                                     &kRecords, &kNarcissistic, &kFixedPoints, &kCycles,     &kAtlas};
 
 class Call {
  public:
@@ -103,6 +103,7 @@ class Call {
     const auto found = std::ranges::find(kSubcommands, name, &Subcommand::name);
     if (found != kSubcommands.end()) return *found;
     std::vector<std::string_view> all;
+    all.reserve(kSubcommands.size());
     for (const Subcommand* subcommand : kSubcommands) all.push_back(subcommand->name);
     const std::string_view near = nearest(name, all);
     throw WrongCall(

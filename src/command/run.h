@@ -14,10 +14,10 @@ struct Environment {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
-  bool errIsTerminal;         ///< progress is shown then
-  unsigned threads;           ///< how many there may be unless the call says it
-  Progress& progress;         ///< its `stop`, also set by a signal handler, ends all work soon
-  bool inIsTerminal = false;  ///< nothing is read from there unless the call says it
+  bool errIsTerminal = false;  ///< progress is shown then
+  unsigned threads = 1;        ///< how many there may be unless the call says it
+  Progress& progress;          ///< its `stop`, also set by a signal handler, ends all work soon
+  bool inIsTerminal = false;   ///< nothing is read from there unless the call says it
 };
 
 /// How a call ended.

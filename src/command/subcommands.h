@@ -30,6 +30,7 @@ extern const Subcommand kIterates;
 extern const Subcommand kCycle;
 extern const Subcommand kSilhouette;
 extern const Subcommand kAntecedents;
+extern const Subcommand kRecords;
 extern const Subcommand kNarcissistic;
 extern const Subcommand kFixedPoints;
 extern const Subcommand kCycles;

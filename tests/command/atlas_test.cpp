@@ -68,6 +68,21 @@ TEST_F(AtlasCalls, CyclesAreProvenAndCounted) {
             callLine("cycles -k 16 --fils 3 --bassins --memoire 1").out);
 }
 
+TEST_F(AtlasCalls, RecordsGoOnBeyondTheNumbersCounted) {
+  EXPECT_TRUE(
+      callLine("records -k 1..3")
+          .out.ends_with("\n13 pas\u00A0: 177\n14 pas\u00A0: 12558\n15 pas\u00A0: 44499999999999999999\n"
+                         "16 pas\u00A0: plus de 100\u202F000 chiffres\n"));
+  EXPECT_EQ(callLine("records -k 1 --bfile").out,
+            "0 0\n1 10\n2 19\n3 199\n4 1" + std::string(22, '9') + "\n");
+  const auto json = callLine("records -k 2 --json").out;
+  EXPECT_NE(json.find(R"({"k":2,"pas":13,"chiffres":199,"nombre":"57799)"), std::string::npos) << json;
+  // Not all numbers counted: no number has 3 steps among those, and nothing is said of longer ones.
+  EXPECT_EQ(callLine("records -k 12 --chiffres 3 --bfile").out, "0 0\n1 10\n2 369\n");
+  EXPECT_TRUE(callLine("records -k 12 --chiffres 3").out.ends_with("\n363 pas\u00A0: 278\n"));
+  EXPECT_EQ(callLine("records -k 2..3 --bfile").status, kWrongCall);
+}
+
 TEST_F(AtlasCalls, DotHasAnArrowForEveryPointOrSilhouette) {
   EXPECT_EQ(timesIn(callLine("cycles -k 3 --dot").out, "->"), 715U);
   EXPECT_EQ(timesIn(callLine("cycles -k 7 --dot").out, "->"), 272U);

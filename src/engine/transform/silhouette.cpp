@@ -61,4 +61,11 @@ Silhouette silhouetteOf(std::string_view digits) {
   return silhouette;
 }
 
+std::string leastNumber(const Silhouette& silhouette) {
+  std::string number;
+  for (std::size_t i = 0; i < silhouette.counts.size(); ++i)
+    number.append(silhouette.counts[i], static_cast<char>('1' + i));
+  return number.empty() ? "0" : number;
+}
+
 }  // namespace zelvion

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <numeric>
+#include <string>
 #include <string_view>
 
 #include "engine/arith/decimal.h"
@@ -25,5 +26,8 @@ inline std::uint32_t totalOf(const Silhouette& silhouette) {
 Silhouette silhouetteOf(const Decimal& number);
 /// The silhouette of a text of digits; other characters are passed over.
 Silhouette silhouetteOf(std::string_view digits);
+
+/// The least number with a silhouette, as text: its digits ascend.
+std::string leastNumber(const Silhouette& silhouette);
 
 }  // namespace zelvion

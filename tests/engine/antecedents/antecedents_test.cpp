@@ -11,12 +11,6 @@ namespace {
 
 const std::atomic<bool> kNoStop{false};
 
-std::string leastText(const Silhouette& silhouette) {
-  std::string number;
-  for (std::size_t i = 0; i < 9; ++i) number.append(silhouette.counts[i], static_cast<char>('1' + i));
-  return number;
-}
-
 TEST(Antecedents, AreThoseOfAllNumbersBelowAPowerOfTen) {
   for (const int k : {1, 2, 3, 5}) {
     Transformation transformation(k);
@@ -47,14 +41,14 @@ TEST(Antecedents, HaveALeastOne) {
       }
       const auto found = leastAntecedent(k, Decimal(number), 1'000'000, kNoStop);
       ASSERT_TRUE(found.silhouette);
-      EXPECT_EQ(leastText(*found.silhouette), best) << k << " " << number;
+      EXPECT_EQ(leastNumber(*found.silhouette), best) << k << " " << number;
       EXPECT_EQ(found.excluded, best.size() - 1);
     }
   }
   // Of many nines, and of too many.
   Decimal large = Decimal::power(Decimal(9), 3) * Decimal(973);
   large += Decimal(27 + 343 + 512 + 729);
-  EXPECT_EQ(leastText(*leastAntecedent(3, large, 977, kNoStop).silhouette), "378" + std::string(974, '9'));
+  EXPECT_EQ(leastNumber(*leastAntecedent(3, large, 977, kNoStop).silhouette), "378" + std::string(974, '9'));
   EXPECT_EQ(leastAntecedent(3, large, 976, kNoStop).excluded, 976U);
 }
 

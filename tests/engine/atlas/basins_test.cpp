@@ -10,7 +10,9 @@
 #include <unordered_map>
 #include <utility>
 
+#include "engine/antecedents/antecedents.h"
 #include "engine/atlas/range.h"
+#include "engine/atlas/records.h"
 #include "engine/atlas/tail_table.h"
 #include "engine/atlas/weight.h"
 
@@ -121,6 +123,34 @@ TEST(Basins, AreThoseOfTheNumbersOneByOne) {
   const std::pair<int, int> rows[] = {{1, 1}, {2, 3}, {3, 4}, {4, 5}, {5, 6},  {2, 1}, {3, 1},
                                       {3, 3}, {4, 3}, {6, 4}, {7, 5}, {15, 4}, {1, 4}, {3, 5}};
   for (const auto& [k, digits] : rows) expectEqual(count(k, digits), Plain(k).basins(digits));
+}
+
+// The next one is the least antecedent of a number with as many steps as the one before, and no such number
+// is above digits * 9^k.
+TEST(Records, BeyondTheNumbersCountedAreLeastAntecedents) {
+  for (int k = 1; k <= 5; ++k) {
+    Plain plain(k);
+    Progress progress;
+    const Basins counted = count(k, std::max(2, rangeDigits(k)));
+    const FarRecords beyond = recordsBeyond(counted, 1, progress, 1000);
+    ASSERT_FALSE(beyond.numbers.empty());
+    EXPECT_EQ(beyond.excluded, 1000U);
+    EXPECT_EQ(recordsBeyond(counted, 3, progress, 1000).numbers, beyond.numbers);
+    std::string before = counted.leastByTail().back().text();
+    std::size_t steps = counted.leastByTail().size() - 1;
+    for (const Silhouette& number : beyond.numbers) {
+      const std::uint32_t digits = totalOf(number);
+      std::optional<Silhouette> least;
+      for (std::uint64_t m = std::stoull(before); m <= digits * plain.image(9); ++m) {
+        if (plain.fate(m).second != steps) continue;
+        const auto antecedent = leastAntecedent(k, Decimal(m), digits, progress.stop).silhouette;
+        if (antecedent && (!least || hasLesserNumber(*antecedent, *least))) least = antecedent;
+      }
+      EXPECT_EQ(least, number) << k << " " << steps;
+      ++steps;
+      before = leastNumber(number);
+    }
+  }
 }
 
 TEST(Basins, DependOnNothingElse) {

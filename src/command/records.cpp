@@ -40,8 +40,7 @@ class Writer {
     k_ = facts.k;
     if (!inText()) return;
     output_ << pages::typeset(
-        "Puissance " + std::to_string(k_) +
-        ". Le plus petit nombre à 0, 1, 2 pas de son cycle, et ainsi de suite" +
+        "Puissance " + std::to_string(k_) + ". Le plus petit nombre à 0, à 1, à 2 pas, etc. de son cycle" +
         (isWhole ? ""
                  : ", parmi les nombres d'au plus " +
                        pages::counted(static_cast<std::size_t>(facts.basins.digits), "chiffre")) +
@@ -135,7 +134,7 @@ constinit const Subcommand kRecords = {
     "les nombres ne sont pas comptés (à partir de k = 46, ou avec --chiffres), la suite s'arrête à ceux qui "
     "le sont.",
     "$ velmoire records -k 1\n"
-    "Puissance 1. Le plus petit nombre à 0, 1, 2 pas de son cycle, et ainsi de suite :\n"
+    "Puissance 1. Le plus petit nombre à 0, à 1, à 2 pas, etc. de son cycle :\n"
     "0 pas : 0\n1 pas : 10\n2 pas : 19\n3 pas : 199\n4 pas : 19 suivi de 21 fois 9\n"
     "5 pas : plus de 100\u202F000 chiffres\n",
     kOptions,

@@ -1,16 +1,14 @@
 #include "command/parts.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
-#include <system_error>
 
-#include "engine/text/reason.h"
+#include "command/subcommands.h"
 #include "engine/text/utf8.h"
 
 namespace zelvion::command {
@@ -87,11 +85,7 @@ std::string sealed(Json json) {
 }
 
 SearchPart readFile(const std::string& file, std::string_view search) {
-  errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream)
-    throw std::runtime_error("Le fichier « " + file + " » ne peut pas être ouvert : " +
-                             text::reasonOf({errno, std::generic_category()}) + ".");
+  std::ifstream stream = openForReading(file);
   const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   auto part = command::partOf(text);
   if (!part || part->search() != search)

@@ -19,8 +19,9 @@
 namespace zelvion::command {
 namespace {
 
-constexpr std::array kSubcommands = {&kImage,   &kIterates,     &kCycle,       &kSilhouette, &kAntecedents,
-                                     &kRecords, &kNarcissistic, &kFixedPoints, &kCycles,     &kAtlas};
+constexpr std::array kSubcommands = {&kImage,       &kIterates, &kCycle,        &kSilhouette,
+                                     &kAntecedents, &kRecords,  &kNarcissistic, &kFixedPoints,
+                                     &kCycles,      &kAtlas,    &kVerify};
 
 class Call {
  public:

@@ -1,5 +1,10 @@
 #include "command/subcommands.h"
 
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
+#include "engine/text/reason.h"
 #include "engine/text/utf8.h"
 #include "pages/typography.h"
 
@@ -27,6 +32,18 @@ int tellInterrupted(std::int32_t k, bool kept, Environment& environment) {
       "velmoire : interrompu pendant la puissance " + std::to_string(k) +
       (kept ? " ; le même appel continuera là où il en était.\n" : ", dont rien n'est donné.\n"));
   return kInterrupted;
+}
+
+std::ifstream openForReading(const std::string& file) {
+  errno = 0;
+  std::ifstream stream(file, std::ios::binary);
+  if (stream) stream.peek();  // a directory opens, and cannot be read
+  if (stream.is_open() && !stream.bad()) {
+    stream.clear();
+    return stream;
+  }
+  throw std::runtime_error("Le fichier « " + file + " » ne peut pas être lu : " +
+                           text::reasonOf({errno, std::generic_category()}) + ".");
 }
 
 void refuseOperands(const Arguments& arguments) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <fstream>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "command/arguments.h"
@@ -35,6 +37,7 @@ extern const Subcommand kNarcissistic;
 extern const Subcommand kFixedPoints;
 extern const Subcommand kCycles;
 extern const Subcommand kAtlas;
+extern const Subcommand kVerify;
 
 // Options that several of them have.
 inline constexpr Option kPowerOption = {'k', "puissance", "K", "la puissance, un entier à partir de 1"};
@@ -57,6 +60,9 @@ IntegerRange powersOf(const Arguments& arguments, const std::string& what, const
 /// Says on the error stream which power the work was interrupted in, and whether what is done is `kept` for a
 /// later call. Returns kInterrupted.
 int tellInterrupted(std::int32_t k, bool kept, Environment& environment);
+
+/// A file that is read. Throws std::runtime_error, whose sentence names it, if it cannot be.
+std::ifstream openForReading(const std::string& file);
 
 /// Throws WrongCall if the call has operands.
 void refuseOperands(const Arguments& arguments);

@@ -133,7 +133,7 @@ TEST_F(AtlasCalls, PartsOfOtherWorkOrDamagedAreTold) {
                                                       {"d", "3 parties au lieu de 2"},
                                                       {"e", "chiffres"},
                                                       {"h", "écrite par «\u00A0velmoire cycles"},
-                                                      {"z", "ouvert"}};
+                                                      {"z", "être lu"}};
   for (const auto& [file, told] : rows) {
     const auto result = joined(file);
     EXPECT_EQ(result.status, kFailure) << file;

@@ -1,6 +1,7 @@
 #include "command/subcommands.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <stdexcept>
 #include <system_error>
 
@@ -35,15 +36,18 @@ int tellInterrupted(std::int32_t k, bool kept, Environment& environment) {
 }
 
 std::ifstream openForReading(const std::string& file) {
+  std::error_code unknown;
+  const bool isDevice = std::filesystem::is_character_file(file, unknown);  // some have no end
   errno = 0;
   std::ifstream stream(file, std::ios::binary);
-  if (stream) stream.peek();  // a directory opens, and cannot be read
-  if (stream.is_open() && !stream.bad()) {
+  if (stream && !isDevice) stream.peek();  // a directory opens, and cannot be read
+  if (stream.is_open() && !stream.bad() && !isDevice) {
     stream.clear();
     return stream;
   }
-  throw std::runtime_error("Le fichier « " + file + " » ne peut pas être lu : " +
-                           text::reasonOf({errno, std::generic_category()}) + ".");
+  throw std::runtime_error(
+      "Le fichier « " + file + " » ne peut pas être lu : " +
+      (isDevice ? "c'est un périphérique" : text::reasonOf({errno, std::generic_category()})) + ".");
 }
 
 void refuseOperands(const Arguments& arguments) {

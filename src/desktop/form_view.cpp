@@ -42,18 +42,10 @@ QString spoken(QString caption) {
 }
 
 QColor toQColor(Colour colour) {
-  switch (colour) {
-    case Colour::Yellow:
-      return {255, 255, 0};
-    case Colour::Mauve:
-      return {128, 128, 255};
-    case Colour::Magenta:
-      return {255, 0, 255};
-    case Colour::Red:
-      return {255, 0, 0};
-    case Colour::None:
-      break;
-  }
+  if (colour == Colour::Yellow) return {255, 255, 0};
+  if (colour == Colour::Mauve) return {128, 128, 255};
+  if (colour == Colour::Magenta) return {255, 0, 255};
+  if (colour == Colour::Red) return {255, 0, 0};
   return {};
 }
 
@@ -257,9 +249,9 @@ void FormView::giveUp(Field& field) {
 }
 
 void FormView::letGo() {
-  constexpr std::size_t kGreat = 100'000;
+  constexpr std::size_t kLarge = 100'000;
   for (Field& field : fields_) {
-    if (!field.typed && field.shown.size() > kGreat) giveUp(field);
+    if (!field.typed && field.shown.size() > kLarge) giveUp(field);
   }
 }
 
@@ -277,9 +269,7 @@ void FormView::press(std::string_view name) {
 }
 
 void FormView::edited(std::string_view name) {
-  std::find_if(fields_.begin(), fields_.end(), [name](const Field& field) {
-    return field.name == name;
-  })->edited = true;
+  std::ranges::find(fields_, name, &Field::name)->edited = true;
   run([this, name] { form_.change(name); });
 }
 

@@ -131,7 +131,7 @@ void QtDesktop::recover(bool memory) {
       for (FormView* view : views_) view->letGo();
       for (QWidget* widget : QApplication::allWidgets()) {
         auto* text = qobject_cast<LongText*>(widget);
-        if (text && text->isGreat()) text->setText(kTooLittleMemory);
+        if (text && text->isLarge()) text->setText(kTooLittleMemory);
       }
     }
     message(memory ? kTooLittleMemory : "Une erreur imprévue s’est produite. La fenêtre reste utilisable.",

@@ -1,4 +1,5 @@
 #include <QFontMetricsF>
+#include <QLineF>
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -219,11 +220,17 @@ class RingPicture : public Picture {
       : power_(std::move(power)),
         cycle_(power_->facts.cycles[cycle]),
         share_(power_->share(cycle)),
-        ring_(pages::ringLayout(kSize, cycle_.order(), power_->longestOrder, share_, power_->largestShare)) {}
+        ring_(pages::ringLayout(kSize, cycle_.order(), cycle_.order(), share_, power_->largestShare)) {}
 
   QString title() const override { return cycleName(cycle_); }
   QString description() const override {
-    const QString ring = french("L'anneau est aussi long, parmi ceux de la liste, que le cycle a de points");
+    const QString ring =
+        cycle_.isFixedPoint()
+            ? QString("Le point fixe")
+            : french(
+                  "Les %1 points du cycle, à partir du plus petit, en haut, dans le sens des "
+                  "aiguilles d'une montre")
+                  .arg(grouped(cycle_.order()));
     if (!power_->isCounted()) return ring + ".";
     return ring + french(" ; la surface du disque est sa part : %1 des nombres.")
                       .arg(QString::fromStdString(pages::percentText(share_)));
@@ -244,6 +251,7 @@ class RingPicture : public Picture {
     const auto order = static_cast<double>(cycle_.order());
     if (!fixed && 2 * std::numbers::pi * ring_.ring * side / order < 4.5) return;
     for (int i = 0; i < marks(); ++i) painter.drawEllipse(placeOf(i, size), fixed ? 5 : 3, fixed ? 5 : 3);
+    drawNumbers(painter, size, inks);
   }
 
   int marks() const override { return static_cast<int>(cycle_.order()); }
@@ -262,6 +270,22 @@ class RingPicture : public Picture {
 
  private:
   static constexpr double kSize = 200;  // of the layout
+
+  // The points' numbers, where there is room for all of them inside the ring.
+  void drawNumbers(QPainter& painter, QSizeF size, const Inks& inks) const {
+    constexpr double kHeight = 12;
+    const QPointF centre = at(ring_.centre, size);
+    const QFontMetricsF metrics(painter.font());
+    const double radius = QLineF(centre, placeOf(0, size)).length();
+    const double widest = metrics.horizontalAdvance(QString::fromStdString(cycle_.greatest().text()));
+    if (cycle_.isFixedPoint() || widest > 0.6 * radius || marks() * 2 * kHeight > 4 * radius) return;
+    for (int i = 0; i < marks(); ++i) {
+      const QPointF out = (placeOf(i, size) - centre) / radius;
+      const QPointF room(widest / 2 + 8, kHeight);
+      drawHaloed(painter, inks, placeOf(i, size) - QPointF(out.x() * room.x(), out.y() * room.y()),
+                 numberOf(i), kHeight);
+    }
+  }
 
   QPointF at(const pages::Place& place, QSizeF size) const {
     const double side = std::min(size.width(), size.height());

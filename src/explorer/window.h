@@ -67,27 +67,27 @@ class AtlasWindow : public QMainWindow {
   void print();
   void save(const QString& name, const QByteArray& bytes);
 
-  PowerBox* k_;
-  NumberEdit* p_;
-  QLabel* complaint_;  ///< beside the boxes
-  QLabel* where_;      ///< where p goes
-  QLabel* proof_;
-  QProgressBar* progress_;
-  QPushButton* stop_;
-  QPushButton* start_;
-  QTableView* table_;
-  CycleTable* cycles_;
-  QSortFilterProxyModel* sorted_;
-  PictureView* ring_;
-  QLabel* facts_;
-  NumberText* points_;
-  QTabWidget* tabs_;
-  PictureView* map_;
-  PictureView* path_;
-  QCheckBox* logarithmic_;
-  NumberText* iterates_;
-  PictureView* tails_;
-  QLabel* readout_;  ///< what the pointer or the keys are at
+  PowerBox* k_ = nullptr;
+  NumberEdit* p_ = nullptr;
+  QLabel* complaint_ = nullptr;  ///< beside the boxes
+  QLabel* where_ = nullptr;      ///< where p goes
+  QLabel* proof_ = nullptr;
+  QProgressBar* progress_ = nullptr;
+  QPushButton* stop_ = nullptr;
+  QPushButton* start_ = nullptr;
+  QTableView* table_ = nullptr;
+  CycleTable* cycles_ = nullptr;
+  QSortFilterProxyModel* sorted_ = nullptr;
+  PictureView* ring_ = nullptr;
+  QLabel* facts_ = nullptr;
+  NumberText* points_ = nullptr;
+  QTabWidget* tabs_ = nullptr;
+  PictureView* map_ = nullptr;
+  PictureView* path_ = nullptr;
+  QCheckBox* logarithmic_ = nullptr;
+  NumberText* iterates_ = nullptr;
+  PictureView* tails_ = nullptr;
+  QLabel* readout_ = nullptr;  ///< what the pointer or the keys are at
 
   std::shared_ptr<const Power> power_;  ///< null as long as it is not known
   std::shared_ptr<const Path> known_;   ///< the path of p, likewise

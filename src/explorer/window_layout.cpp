@@ -89,6 +89,7 @@ QWidget* AtlasWindow::makeBoxes() {
   p_ = new NumberEdit(nullptr);
   p_->setAccessibleName("Nombre p");
   p_->setFixedHeight(44);
+  p_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   p_->installEventFilter(this);
   for (const auto& [caption, box] :
        std::initializer_list<std::pair<const char*, QWidget*>>{{"Puissance &k", k_}, {"Nombre &p", p_}}) {

@@ -79,8 +79,8 @@ PathChart pathChart(std::span<const Decimal> iterates, std::size_t tail, int dig
   const double last = std::max(1.0, static_cast<double>(values.size()) - 1);
   const auto x = [&](double number) { return frame.left + number / last * (frame.right - frame.left); };
   const double every = std::max(1.0, roundAbove(last / 8));
-  for (double number = 0; number <= last; number += every)
-    chart.steps.push_back({x(number), numberText(number)});
+  const auto steps = static_cast<int>(last / every);
+  for (int i = 0; i <= steps; ++i) chart.steps.push_back({x(i * every), numberText(i * every)});
   for (std::size_t i = 0; i < values.size(); ++i) {
     const bool isBeyond = isLinear && iterates[i].digits() > static_cast<std::size_t>(digits);
     chart.path.push_back({{x(static_cast<double>(i)), axis.at(values[i])}, i >= tail, isBeyond});

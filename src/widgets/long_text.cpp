@@ -17,14 +17,11 @@
 #include <memory>
 
 #include "widgets/memory.h"
+#include "widgets/text_blocks.h"
 
 namespace zelvion {
 namespace {
 
-/// The length of a block in bytes: it ends with a line before `kBlock`, else behind the first blank after it,
-/// or anywhere before `kLongestBlock`.
-constexpr std::size_t kBlock = 2'000;
-constexpr std::size_t kLongestBlock = 6'000;
 /// How much is put into the document at once, in bytes: in a tenth of a second or so.
 constexpr std::size_t kAtOnce = 4'000'000;
 constexpr std::size_t kPiece = 1'000'000;
@@ -35,46 +32,6 @@ constexpr double kZoomStep = 1.15;
 constexpr int kSmallestZoom = -4;
 constexpr int kLargestZoom = 14;  // seven times the size
 constexpr int kSmallestFont = 6;  // pixels
-
-bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
-bool continuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
-struct Block {
-  std::size_t size;
-  std::size_t lineEnd;  ///< the size of the line end behind it, 0 at a joint and at the end of the text
-};
-
-/// The block that `text` begins with. A joint stands where it parts neither a character from its marks nor a
-/// line from its end.
-Block firstBlock(std::string_view text) {
-  const auto endingAt = [text](std::size_t feed) {
-    const bool two = feed > 0 && text[feed - 1] == '\r';
-    return two ? Block{feed - 1, 2} : Block{feed, 1};
-  };
-  if (text.size() <= kBlock) return {text.size(), 0};
-  const std::size_t feed = text.rfind('\n', kBlock);
-  if (feed != std::string_view::npos) return endingAt(feed);
-  const std::size_t last = std::min(text.size(), kLongestBlock);
-  for (std::size_t i = kBlock; i < last; ++i) {
-    if (text[i] == '\n') return endingAt(i);
-    if (text[i - 1] == ' ' && isAscii(text[i]) && text[i] != '\r') return {i, 0};
-  }
-  if (last == text.size()) return {last, 0};
-  for (std::size_t i = last; i > kBlock; --i) {
-    if (isAscii(text[i - 1]) && isAscii(text[i]) && text[i] != '\r' && text[i] != '\n') return {i, 0};
-  }
-  std::size_t i = last;
-  while (continuesCharacter(text[i])) --i;
-  return {i, 0};
-}
-
-/// The text of a block as the document has it.
-QString inDocument(std::string_view block) {
-  QString text = QString::fromUtf8(block.data(), static_cast<qsizetype>(block.size()));
-  text.replace("\r\n", "\n");
-  for (const QChar lineEnd : {u'\r', u'\n', u'\u2029'}) text.replace(lineEnd, QChar::LineSeparator);
-  return text;
-}
 
 }  // namespace
 
@@ -139,7 +96,7 @@ void LongText::load(std::size_t bytes) {
     QString piece;
     const std::size_t leftByPiece = rest_.size() - std::min(rest_.size() - left, kPiece);
     while (rest_.size() > leftByPiece) {
-      const Block block = firstBlock(rest_);
+      const TextBlock block = firstTextBlock(rest_);
       piece += inDocument(rest_.substr(0, block.size));
       if (block.size < rest_.size()) {
         if (block.lineEnd == 0) joints_.push_back(static_cast<int>(end.position() + piece.size()));

@@ -27,7 +27,7 @@ class LongText : public QPlainTextEdit {
   QString text(int begin = 0, int end = std::numeric_limits<int>::max());
 
   /// Whether the text is one that takes much memory.
-  bool isGreat() const { return !rest_.empty() || document()->characterCount() > 1'000'000; }
+  bool isLarge() const { return !rest_.empty() || document()->characterCount() > 1'000'000; }
 
   bool isJoint(int position) const;
   int offsetOf(int position) const;

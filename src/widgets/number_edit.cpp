@@ -1,6 +1,7 @@
 #include "widgets/number_edit.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QMimeData>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTextBlock>
@@ -36,6 +37,11 @@ NumberEdit::NumberEdit(QWidget* parent) : QPlainTextEdit(parent) {
 QString NumberEdit::typedText() const {
   QString text = document()->toRawText();
   return text.replace(QChar::ParagraphSeparator, "\r\n").replace(QChar::LineSeparator, "\r\n");
+}
+
+// An empty clipboard has data without a format, at which Qt 6.4 reads the first one all the same.
+void NumberEdit::insertFromMimeData(const QMimeData* source) {
+  if (!source->formats().isEmpty()) QPlainTextEdit::insertFromMimeData(source);
 }
 
 void NumberEdit::focusInEvent(QFocusEvent* event) {

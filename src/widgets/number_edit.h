@@ -17,6 +17,7 @@ class NumberEdit : public QPlainTextEdit {
   QString typedText() const;
 
  protected:
+  void insertFromMimeData(const QMimeData* source) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void paintEvent(QPaintEvent* event) override;

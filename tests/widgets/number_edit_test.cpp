@@ -54,5 +54,13 @@ TEST(NumberEdit, DrawsAsTheToolkitDoes) {
   }
 }
 
+TEST(NumberEdit, PastesNothingFromAnEmptyClipboard) {
+  NumberEdit edit(nullptr);
+  edit.setPlainText("789");
+  QGuiApplication::clipboard()->setMimeData(new QMimeData);
+  edit.paste();
+  EXPECT_EQ(edit.typedText(), "789");
+}
+
 }  // namespace
 }  // namespace zelvion::testing

@@ -69,7 +69,7 @@ class PathPicture : public Picture {
     area.drawAxes(painter, inks, chart_.steps, chart_.values, french("pas (valeurs %1)").arg(unit()));
     const auto& values = chart_.path;
     const std::size_t tail = std::min(path_->tail, values.size() - 1);
-    drawLegend(painter, inks, area.rect());
+    drawLegend(painter, inks, size);
     // As many marks as can be told apart.
     const bool apart = static_cast<double>(values.size()) * 6 < area.rect().width();
     drawRun(painter, area, {inks.ring, 1.5}, 0, path_->order == 0 ? values.size() - 1 : tail, apart, false);
@@ -111,9 +111,9 @@ class PathPicture : public Picture {
                         : "en parts de " + QString::fromStdString(pages::powerOfTenText(path_->digits));
   }
 
-  void drawLegend(QPainter& painter, const Inks& inks, const QRectF& area) const {
+  void drawLegend(QPainter& painter, const Inks& inks, QSizeF size) const {
     painter.setPen(inks.text);
-    painter.drawText(QRectF(area.left(), 4, area.width(), 20), Qt::AlignLeft | Qt::AlignVCenter,
+    painter.drawText(QRectF(8, 4, size.width() - 8, 20), Qt::AlignLeft | Qt::AlignVCenter,
                      french("— ● vers le cycle    - - ■ sur le cycle"));
   }
 

@@ -184,7 +184,7 @@ class Search : public SizedSearch {
         const std::uint64_t digits = position.digitsTo(low);
         if (digits != position.digitsTo(high)) break;
         const std::size_t digit = digits % 10;
-        if (digit > 0 && countOf(digit, certain) > 0) {
+        if ((certain & kCountOf[digit]) != 0) {
           certain -= packed<Counts>(digit, 1);
           continue;
         }
@@ -203,6 +203,13 @@ class Search : public SizedSearch {
     }
   }
 
+  // The bits of the count of each digit, none for zeros.
+  static constexpr std::array<Counts, 10> kCountOf = [] {
+    std::array<Counts, 10> bits{};
+    for (std::size_t digit = 1; digit <= 9; ++digit)
+      bits[digit] = packed<Counts>(digit, (1U << kCountBits<Counts>)-1);
+    return bits;
+  }();
   static constexpr std::size_t kChosenByPieces = 3;  // digits whose counts a piece fixes
 
   std::size_t length_;

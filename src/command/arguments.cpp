@@ -94,7 +94,7 @@ const Option& Arguments::named(std::string_view name) const {
     if (option.name == name) return option;
     if (name.empty() || !option.name.starts_with(name)) continue;
     candidates += (candidates.empty() ? "--" : ", --") + std::string(option.name);
-    // Two names of one option, as for the help, are no contradiction.
+    // Two names may belong to one option, as for the help.
     if (found == nullptr || found->letter != option.letter || option.letter == 0) found = &option;
   }
   if (candidates.find(',') != std::string::npos)

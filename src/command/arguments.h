@@ -35,12 +35,13 @@ std::string textOf(IntegerRange range);
 
 /// The words of a call, parted into options and operands by the conventions of the GNU tools: options and
 /// operands in any order, "-k3", "-k 3", "--puissance=3", "--puissance 3", "--puis 3" where no other name
-/// begins so, "-" is an operand and "--" ends the options. Of an option that is given twice the last one
-/// counts. (No library is used: the ones at hand either keep the English sentences, the state in globals and
-/// the wrong word to themselves or take longer to start than a whole search.)
+/// begins so; "-" is an operand and "--" ends the options. The last of repeated options wins. (No library is
+/// used: those at hand have English messages, global state, do not tell which word is wrong, or take longer
+/// to start than a whole search.)
 class Arguments {
  public:
-  /// Throws WrongCall at an option that is none of `options`, with a value too many or too few.
+  /// Throws WrongCall at an unknown option, at one whose value is missing, and at a value for one that takes
+  /// none.
   Arguments(std::span<const Option> options, std::span<const std::string> words);
 
   bool has(std::string_view name) const { return values_.contains(name); }
@@ -68,7 +69,7 @@ class Arguments {
 };
 
 /// `text` as a range "A..B" or a single integer. `what` begins the sentence of the WrongCall that is thrown
-/// at anything else, at a range that falls, and outside `least` to `greatest`.
+/// at anything else, at a descending range, and outside `least` to `greatest`.
 IntegerRange readRange(std::string_view text, const std::string& what, std::int32_t least,
                        std::int32_t greatest);
 

@@ -53,7 +53,7 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
   if (image && (powers.first != powers.last || powers.first < 2 || powers.first > atlas::kMaxMapPower)) {
     throw WrongCall("Une carte se dessine pour une seule puissance, de 2 à 5.");
   }
-  // A folder that cannot be made or written in is told before the work, which may be long.
+  // Reports an unusable folder before the work, which may be long.
   const std::filesystem::path folder(std::string(arguments.value("dossier").value_or("atlas")));
   std::error_code error;
   if (!image) std::filesystem::create_directories(folder, error);

@@ -12,8 +12,8 @@
 namespace zelvion::command {
 namespace {
 
-// A search that a call may go on with is done in as many parts: each takes seconds at least, since a part
-// that is counted alone finds out by itself what another one knows already.
+// The number of parts of a resumable search. Each takes seconds at least, since parts do not share what they
+// find out.
 std::uint32_t partsFor(std::int32_t k, const AtlasWork& work) {
   const std::int32_t size = std::max(2 * k / 3, work.withBasins ? work.digitsFor(k) - 6 : 0);
   return size < 20 ? 1 : size < 34 ? 8 : size < 48 ? 32 : 128;
@@ -26,7 +26,7 @@ std::string callOf(IntegerRange powers, const AtlasWork& work) {
   return call;
 }
 
-// Runs an engine with a line of progress that says what it is about.
+// Runs an engine with a line of progress.
 template <typename Engine>
 auto withProgress(std::int32_t k, const char* what, Stretch stretch, Environment& environment,
                   const Engine& engine) {

@@ -19,7 +19,7 @@ inline constexpr Option kDigitsOption = {
 inline constexpr Option kMemoryOption = {0, "memoire", "Mo",
                                          "la mémoire pour compter (par défaut, au plus 512 Mo)"};
 
-/// What the atlas is to work out, as a call has it.
+/// The work that a call asks of the atlas.
 struct AtlasWork {
   /// Reads kDigitsOption, kMemoryOption, kThreadsOption and kResumeOption. Throws WrongCall, and as
   /// Resumption.
@@ -30,13 +30,13 @@ struct AtlasWork {
 
   bool withBasins;
   std::optional<int> digits;
-  int leastDigits = 1;  ///< are counted, whatever the power
+  int leastDigits = 1;  ///< to count, whatever the power
   std::size_t memory;   ///< in bytes
   unsigned threads;
   std::optional<Resumption> resumption;
 };
 
-/// How much of a power is done, for its progress: `done` of `count` parts.
+/// Progress within a power: `done` of `count` parts.
 struct Stretch {
   std::uint32_t done = 0;
   std::uint32_t count = 1;

@@ -91,7 +91,7 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
     records.emplace(output, std::span(kColumns).first(kColumns.size() - (withPoints ? 0 : 1)));
   const Filter filter(arguments, cycles, limit, environment);
 
-  // The lines of the numbers that fall into a cycle, but for these numbers and their tails.
+  // Writes the line of a number that falls into a cycle, with kPlace for the number and for its tail.
   const auto writeLines = [&](const SilhouetteCycle& cycle) {
     if (asTable) {
       output << kPlace << ' ' << kPlace;
@@ -122,7 +122,7 @@ int run(const Arguments& arguments, Output& output, Environment& environment) {
       output.endLine();
     }
   };
-  std::vector<Frame> frames;  // of the cycles, as they are met
+  std::vector<Frame> frames;  // of the cycles, in the order in which they are met
 
   return forEachNumber(arguments, output, environment, [&](std::string_view number) {
     const auto fall = cycles.find(number, limit, environment.progress.stop);

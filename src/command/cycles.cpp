@@ -46,7 +46,7 @@ constexpr std::array kColumns = {
 constexpr std::size_t kCycleColumns = 5;
 constexpr std::size_t kBasinColumns = 6;
 
-// Rows of cells, each column as wide as its widest cell, numbers to the right.
+// Writes rows of cells, right-aligned, each column as wide as its widest cell.
 void writeTable(Output& output, const std::vector<std::vector<std::string>>& rows) {
   std::vector<std::size_t> widths(rows.front().size());
   for (const auto& row : rows) {
@@ -164,7 +164,7 @@ void writeDot(const pages::AtlasFacts& facts, Output& output) {
   output << "}\n";
 }
 
-// Of several results the later ones may still fail, so that each is written when it is there.
+// A later power may still fail, so each is written when it is done.
 int run(const Arguments& arguments, Output& output, Environment& environment) {
   const bool withBasins = arguments.has("bassins") || arguments.has("chiffres");
   const bool asDot = arguments.has("dot");

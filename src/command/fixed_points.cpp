@@ -53,7 +53,7 @@ int writePart(const Arguments& arguments, Output& output, Environment& environme
   return kSuccess;
 }
 
-// A search that a call may go on with is done in as many parts: each takes a second at least.
+// The number of parts of a resumable search. Each takes a second at least.
 std::uint32_t partsFor(int k) { return k < 65 ? 1 : k < 90 ? 16 : 256; }
 
 int run(const Arguments& arguments, Output& output, Environment& environment) {

@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::size_t kWidth = 80;
 
-// Adds `text` to `lines`, the last of which has `column` characters already, in lines of kWidth; those that
-// follow begin at `column`.
+// Wraps `text` to kWidth and appends it to `lines`, the last of which has `column` characters already; the
+// following ones are indented to `column`.
 void appendWrapped(std::string& lines, std::string_view bytes, std::size_t column) {
   const std::string text = pages::typeset(bytes);
   std::size_t at = column;
@@ -44,7 +44,7 @@ void appendParagraphs(std::string& lines, std::string_view text) {
   }
 }
 
-// A line of a list: what it is about, then the text that explains it.
+// A line of a list: a term and its explanation.
 void appendItem(std::string& lines, std::string item, std::size_t column, std::string_view text) {
   item.resize(std::max(item.size() + 2, column), ' ');
   lines += item;

@@ -12,7 +12,7 @@ namespace zelvion::command {
 inline constexpr std::array kGeneralOptions = {kHelpOption, kHelpAlias,
                                                Option{'V', "version", "", "affiche la version"}};
 
-// Texts for a screen of 80 columns. Completions of shells read what is in their lists.
+// Texts for a screen of 80 columns. The completions of the shells parse their lists.
 std::string helpOf(const Subcommand& subcommand);
 std::string generalHelp(std::span<const Subcommand* const> subcommands);
 

@@ -11,7 +11,7 @@
 namespace zelvion::command {
 namespace {
 
-// Whether a line is a number as it is, as nearly all are.
+// Whether a line is a number to the letter, as nearly all are.
 bool isPlain(std::string_view line) {
   return !line.empty() && line.front() != '0' &&
          std::ranges::all_of(line, [](char c) { return c >= '0' && c <= '9'; });
@@ -50,7 +50,7 @@ class Numbers {
 
   bool stopped() const { return environment_.progress.stop; }
 
-  // The numbers of one operand or line, `kind` and `place` tell which.
+  // Takes the numbers of one operand or line; `kind` and `place` tell which it is.
   void take(std::string_view text, const char* kind, std::size_t place) {
     if (stopped()) return;
     try {
@@ -88,7 +88,7 @@ class Numbers {
     failed_ = true;
   }
 
-  // Lines as they come: what there is without waiting is taken in large pieces.
+  // Reads lines as they come; whatever is available without waiting is read in large pieces.
   void readLines() {
     std::string pending;
     while (!stopped()) {

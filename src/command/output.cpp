@@ -76,7 +76,7 @@ void Records::endValue() {
   next_ = 0;
 }
 
-// A text with its marks escaped; in CSV it stands in quotation marks only where it must.
+// Writes an escaped text; in CSV it is quoted only where it must be.
 void Records::value(std::string_view text) {
   if (json_ && columns_[next_].kind == Column::Kind::kCount) {
     output_ << (text.empty() ? "null" : text);

@@ -11,13 +11,13 @@
 
 namespace zelvion::command {
 
-/// The reader of the results has closed its end: nobody misses what would follow.
+/// The reader of the results has closed its end, so nobody wants the rest.
 class ClosedPipe : public std::exception {};
 
 /// The form of the results.
 enum class Format { kText, kCsv, kJson };
 
-/// What many lines have in common: what stands before, between and behind their two numbers.
+/// What many lines have in common: the texts before, between and behind their two numbers.
 struct Frame {
   std::string before;
   std::string between;
@@ -26,10 +26,10 @@ struct Frame {
 /// Stands for such a number.
 inline constexpr std::string_view kPlace = "#";
 
-/// Where the results go, in large pieces. What cannot be written throws std::system_error, or ClosedPipe.
+/// Where the results go, in large pieces. A failed write throws std::system_error, or ClosedPipe.
 class Output {
  public:
-  /// `format` is for whoever writes; `prepare` is called once, before anything is written.
+  /// `format` is for the callers; `prepare` is called once, before the first write.
   Output(std::ostream& target, Format format, std::function<void()> prepare = {})
       : format_(format), target_(target), prepare_(std::move(prepare)) {}
 
@@ -56,9 +56,9 @@ class Output {
   void fill(const Frame& frame, std::string_view first, std::uint64_t second);
   /// For texts that are appended in place.
   std::string& buffer() noexcept { return buffer_; }
-  /// Hands on what was written so far.
+  /// Flushes to the target.
   void flush();
-  /// The same at the end: also what is empty is the result then.
+  /// Flushes at the end, and prepares the target even for an empty result.
   void finish();
 
  private:

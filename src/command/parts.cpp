@@ -25,14 +25,14 @@ Json texts(const std::vector<Decimal>& numbers) {
 constexpr const char* kSearch = "velmoire";
 constexpr const char* kSum = "somme";
 
-// The sum of a part's text without it, which tells a damaged file: FNV-1a (Fowler, Noll, Vo).
+// The checksum of a part's text, which detects a damaged file: FNV-1a (Fowler, Noll, Vo).
 std::string sumOf(const Json& part) {
   std::uint64_t sum = 0xCBF29CE484222325;
   for (const char c : part.dump()) sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001B3;
   return std::to_string(sum);
 }
 
-// What is read back has the sum that jsonOf wrote, so that it is right; else these throw an exception.
+// These throw where the JSON is not as jsonOf() writes it, which its checksum has ruled out.
 std::vector<Decimal> numbersOf(const Json& list) {
   std::vector<Decimal> numbers;
   for (const Json& text : list) numbers.push_back(Decimal::parse(text.get<std::string>()));
@@ -49,7 +49,7 @@ Json checked(std::string_view text) {
   return json;
 }
 
-// What `read` makes of a line with its sum; nothing of a damaged one.
+// The result of `read` for a line with its checksum; nothing for a damaged one.
 template <typename Read>
 auto readChecked(std::string_view text, const Read& read) -> std::optional<decltype(read(Json()))> {
   try {

@@ -31,11 +31,11 @@ inline constexpr Option kJoinOption = {0, "reunir", "", "réunit les parties que
 /// The part that the value of an option means, as "3/64". Throws WrongCall.
 Part readPart(std::string_view text);
 
-/// A part as a line of JSON with a sum of its own, and back: nothing if it is damaged.
+/// A part as a line of JSON with a checksum, and back; nothing if it is damaged.
 std::string jsonOf(const SearchPart& part);
 std::optional<SearchPart> partOf(std::string_view json);
 
-/// All parts of one power in one. They are of the same search, and all there.
+/// Joins all parts of one power, which must be complete and of the same search.
 SearchPart joined(std::vector<SearchPart> parts);
 
 /// The same of parts in the files that a call of the subcommand `search` with kJoinOption names. Throws

@@ -15,7 +15,7 @@ ProgressLine::ProgressLine(const Environment& environment, std::function<Standin
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    // Where the system gives no thread, the work goes on unseen.
+    // Without a thread the work goes on without a line.
   }
 }
 
@@ -43,7 +43,7 @@ void ProgressLine::run() {
     try {
       show();
     } catch (const std::bad_alloc&) {
-      // The work may need what memory there is, or tell that it does not suffice.
+      // The work may need the memory, or is reporting that there is too little.
     }
   }
 }
@@ -55,12 +55,12 @@ void ProgressLine::show() {
   std::string line = std::to_string(static_cast<int>(share * 100)) + "\u00A0% · " + standing.text;
   if (share > 0.01) line += " · reste " + pages::durationText(elapsed.count() * (1 - share) / share);
   clear();
-  // A line that is longer than the terminal is wide must not wrap: only its last row would go away again.
+  // The line must not wrap: only its last row could be erased again.
   err_ << "\033[?7l" + pages::typeset(line) + "\033[?7h" << std::flush;
   shown_ = true;
 }
 
-// Back to the beginning of the line, and away with what is on it.
+// Carriage return, then erase the line.
 void ProgressLine::clear() {
   if (shown_) err_ << "\r\033[K" << std::flush;
   shown_ = false;

@@ -12,8 +12,8 @@ namespace zelvion::command {
 
 struct Environment;
 
-/// A line on the error stream, if that is a terminal, that tells how a long work stands; it appears after
-/// half a second and is gone at the end.
+/// The progress of a long computation in a line on the error stream, if that is a terminal. It appears after
+/// half a second and is erased at the end.
 class ProgressLine {
  public:
   struct Standing {
@@ -21,13 +21,13 @@ class ProgressLine {
     std::string text;  ///< what else there is to tell
   };
 
-  /// `standing` is called now and then from another thread; the time left comes of its share.
+  /// `standing` is called now and then from another thread; the time left is estimated from its share.
   ProgressLine(const Environment& environment, std::function<Standing()> standing);
   ~ProgressLine();
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
 
-  /// Takes the line off the screen until it is shown next: for what is written to the same terminal.
+  /// Erases the line until its next update, so that something else can be written to the terminal.
   void hide();
 
  private:

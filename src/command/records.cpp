@@ -52,7 +52,7 @@ class Writer {
   }
   void write(std::size_t steps, const std::string& number) { write(steps, number, number); }
 
-  /// What is not known any more.
+  /// Writes where the sequence stops being known.
   void end(std::size_t steps, std::uint32_t excluded) {
     if (!inText()) return;
     output_ << std::to_string(steps)

@@ -14,13 +14,14 @@ namespace zelvion::command {
 inline constexpr Option kResumeOption = {
     0, "reprise", "FICHIER", "y garde ce qui est fait : le même appel, refait, continue là où il en était"};
 
-/// The file in which a search keeps the parts that are done, so that the same call goes on from there: a line
-/// for the call, then one for each part, as jsonOf() writes it, whole or not at all. A part that is damaged
-/// is searched anew.
+/// The file in which a search keeps the parts that are done, so that the same call can resume from there: a
+/// line for the call, then one for each part, as jsonOf() writes it, whole or not at all. A damaged part is
+/// searched anew.
 class Resumption {
  public:
-  /// Reads the file, or begins it for the search that `call` says. Throws std::runtime_error, with a French
-  /// sentence, where the file cannot be read or written or is of another search; it stays as it was then.
+  /// Reads the file, or creates it for the search that `call` describes. Throws std::runtime_error, with a
+  /// French sentence, where the file cannot be read or written or is of another search; it stays as it was
+  /// then.
   Resumption(std::string file, const std::string& call);
 
   /// The power `k`, searched in `count` parts, of which those in the file are taken from there; work(part,

@@ -66,8 +66,8 @@ class Call {
     return toFile(std::string(*file), arguments, format);
   }
 
-  // The file is opened before the work, so that what cannot be written is told at once, and emptied when
-  // there is something to write: a call that fails before leaves it as it was.
+  // The file is opened before the work, so that an unwritable one is reported at once, but truncated only
+  // before the first write: a call that fails before that leaves it as it was.
   int toFile(const std::string& file, const Arguments& arguments, Format format) {
     target_ = "le fichier « " + file + " »";
     std::error_code unknown;
@@ -120,7 +120,7 @@ class Call {
     throw WrongCall("Il manque une sous-commande : " + names() + ".");
   }
 
-  // What was written before something went wrong is kept.
+  // Whatever was written before a failure is kept.
   int carryOut(const Arguments& arguments, std::ostream& stream, Format format,
                std::function<void()> prepare = {}) {
     Output output(stream, format, std::move(prepare));

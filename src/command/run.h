@@ -9,7 +9,7 @@
 
 namespace zelvion::command {
 
-/// What the program meets outside. The streams are given, so that a test can look at them.
+/// What a call gets from outside. The streams are parameters so that tests can read them.
 struct Environment {
   std::istream& in;
   std::ostream& out;

@@ -41,7 +41,7 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
   constexpr std::size_t kLongest = 40;  // no name is nearly as long
   if (word.size() > kLongest) return {};
   std::string_view best;
-  std::size_t least = std::min<std::size_t>(2, (text::length(word) + 1) / 3);  // as many slips are likely
+  std::size_t least = std::min<std::size_t>(2, (text::length(word) + 1) / 3);  // more slips are unlikely
   for (const std::string_view name : names) {
     const std::size_t slips = distance(word, name);
     if (slips <= least && (best.empty() || slips < least)) {

@@ -16,7 +16,7 @@ struct Subcommand {
   std::string_view name;
   std::string_view operands;     ///< how the help writes them
   std::string_view summary;      ///< one line
-  std::string_view description;  ///< is wrapped, but for lines that begin with a blank
+  std::string_view description;  ///< wrapped, except lines that begin with a blank
   std::string_view example;      ///< a call and what it prints
   std::span<const Option> options;
   std::span<const Column> columns;  ///< all that --csv may have; none if there is no --csv
@@ -61,7 +61,7 @@ IntegerRange powersOf(const Arguments& arguments, const std::string& what, const
 /// later call. Returns kInterrupted.
 int tellInterrupted(std::int32_t k, bool kept, Environment& environment);
 
-/// A file that is read. Throws std::runtime_error, whose sentence names it, if it cannot be.
+/// Opens a file to read. Throws std::runtime_error, with a sentence that names it.
 std::ifstream openForReading(const std::string& file);
 
 /// Throws WrongCall if the call has operands.

@@ -15,7 +15,7 @@ QFont fitted(QFont font, const QRect& room, int flags, const QString& text) {
   return font;
 }
 
-/// A button in one flat colour: styles shade theirs.
+/// A button in one flat colour, which styles would shade.
 void drawPanel(QPainter& painter, const QRect& rect, const QColor& face, bool down, bool focused) {
   QColor light = face.lighter(150);
   QColor dark = face.darker(150);

@@ -169,8 +169,7 @@ void FormView::fitWindow(int menuHeight) {
   if (size.width() > room.width()) size.rheight() += bar;
   shell.resize(size.boundedTo(room));
   if (const std::optional<Twips> position = form_.position()) {
-    // The form knows its client area; what the window manager puts around it is what it put around the window
-    // behind.
+    // The form knows its client area only; its frame is taken to be as large as that of the window behind.
     const QWidget& behind = shell.parentWidget() ? *shell.parentWidget()->window() : shell;
     const QSize frame = behind.frameSize() - behind.size();
     shell.move(shell.screen()->geometry().topLeft() + QPoint(pixels(position->x), pixels(position->y)) -

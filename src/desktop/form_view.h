@@ -13,7 +13,7 @@ class QMenuBar;
 
 namespace zelvion {
 
-/// What stands where a text was too great, and in the box that tells it.
+/// What replaces a text that did not fit the memory, and is said in the box about it.
 inline constexpr const char* kTooLittleMemory =
     "La mémoire ne suffit pas pour afficher ce texte. "
     "Si c’est un rapport, il est en entier dans son fichier.";
@@ -39,7 +39,8 @@ class FormView : public QScrollArea {
   /// Copies the form's texts to the screen. Throws std::bad_alloc where the memory does not suffice; then the
   /// text that did not fit is no longer in the form, either.
   void push();
-  /// Replaces the great texts that nobody typed, in the form and on the screen, by a sentence that says so.
+  /// Replaces large texts that the user did not type, in the form and on the screen, by a sentence that says
+  /// so.
   void letGo();
 
  protected:

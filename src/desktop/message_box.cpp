@@ -21,7 +21,7 @@ constexpr int kNarrowest = 240;
 constexpr int kComfortable = 640;            // where lines are still easy to read
 constexpr QSize kFrameAndBorder = {24, 64};  // what a box leaves free of the screen
 
-/// A title as one line that any title bar takes.
+/// A title as one line short enough for any title bar.
 QString shortTitle(QString title) {
   title.replace("\r\n", " ").replace('\n', ' ').replace('\r', ' ');
   if (title.size() <= kLongestTitle) return title;

@@ -38,7 +38,7 @@ QString withoutZone(const QString& format) {
 }  // namespace
 
 QtDesktop::QtDesktop() {
-  // Later, when the event that failed is over; a box cannot open within a paint.
+  // Queued: a box cannot open within a paint.
   if (auto* application = qobject_cast<GuardedApplication*>(qApp)) {
     QObject::connect(
         application, &GuardedApplication::failed, &lifetime_, [this](bool memory) { recover(memory); },
@@ -121,8 +121,8 @@ void QtDesktop::openManual() {
           Buttons::Ok, std::string(kApplicationTitle));
 }
 
-/// Tells in one box, however many events failed, what went wrong outside the handlers of a form. What may
-/// have taken the memory is let go first.
+/// Reports in one box, however many events failed, what went wrong outside the handlers of a form. Frees what
+/// may have taken the memory first.
 void QtDesktop::recover(bool memory) {
   if (recovering_ || views_.empty()) return;
   const QScopedValueRollback<bool> recovering(recovering_, true);
@@ -137,7 +137,7 @@ void QtDesktop::recover(bool memory) {
     message(memory ? kTooLittleMemory : "Une erreur imprévue s’est produite. La fenêtre reste utilisable.",
             Buttons::Ok, "zelvion");
   } catch (...) {
-    return;  // without the memory for a box there is nothing left to say it with
+    return;  // there is no memory for a box
   }
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kNiceness = 10;
 
-/// Why a work ended without a result, for the user.
+/// Why a computation has no result, for the user.
 QString reasonOf(const std::exception_ptr& exception) {
   try {
     std::rethrow_exception(exception);

@@ -13,7 +13,7 @@ class CycleTable : public QAbstractTableModel {
 
  public:
   enum Column { kRank, kOrder, kLeast, kGreatest, kShare, kCount, kLongest, kFarthest, kColumns };
-  /// What the rows are sorted by: a text that orders as the number of the cell does.
+  /// The sort key of a cell: a text that sorts as the number does.
   static constexpr int kSortRole = Qt::UserRole;
   /// The digits of the cell, for those whose number can be followed; else nothing.
   static constexpr int kNumberRole = Qt::UserRole + 1;

@@ -29,7 +29,7 @@ struct Path {
   QString sentence(bool linked) const;
 };
 
-/// How many steps are gone at most.
+/// The most steps that are followed.
 inline constexpr std::int32_t kMostSteps = 1'000'000;
 
 /// The path of `p`, a text of digits without zeros in front; null if it was stopped. Throws Refusal.

@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kZoomStep = 1.25;
 constexpr double kGreatestZoom = 60;
-constexpr double kReach = 14;  // pixels between the pointer and what it means
+constexpr double kReach = 14;  // pixels from the pointer to the nearest mark
 
 }  // namespace
 
@@ -55,7 +55,7 @@ void PictureView::redraw() {
   update();
 }
 
-/// What is under `point` stays there.
+/// Zooms around `point`, which stays where it is.
 void PictureView::zoomAt(QPointF point, double factor) {
   if (!isZoomed()) return;
   const QPointF kept = inPicture(point);

@@ -46,19 +46,19 @@ std::shared_ptr<const Power> listedPower(std::int32_t k, Progress& progress);
 /// The same with its numbers counted.
 std::shared_ptr<const Power> countedPower(const Power& listed, Progress& progress);
 
-/// What counting the numbers of a power will take.
+/// The cost of counting the numbers of a power.
 struct Effort {
   double seconds;
   std::size_t megabytes;
 };
 Effort countingEffort(std::int32_t k);
 
-/// Powers that were worked out, as many as 256 MB hold: the one that was kept first goes first.
+/// A cache of computed powers, of up to 256 MB; the oldest is evicted first.
 class KeptPowers {
  public:
   explicit KeptPowers(std::size_t limit = std::size_t{256} << 20) : limit_(limit) {}
 
-  /// Keeps `power` in place of what was known of it.
+  /// Keeps `power`, in place of an earlier state of the same power.
   void keep(std::shared_ptr<const Power> power);
   /// Null if it is not there.
   std::shared_ptr<const Power> find(std::int32_t k) const;

@@ -4,7 +4,7 @@
 
 namespace zelvion {
 
-/// The box for k. What is typed there and is no power stays to be mended, and is told.
+/// The box for k. A text that is no power stays as typed, and is reported.
 class PowerBox : public QSpinBox {
   Q_OBJECT
 

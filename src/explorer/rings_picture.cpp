@@ -1,6 +1,9 @@
+#include <QFontMetricsF>
+#include <QLineF>
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <numbers>
 #include <numeric>
 #include <utility>
 
@@ -9,6 +12,92 @@
 
 namespace zelvion {
 namespace {
+
+/// The ring of one cycle, as large as the picture, on a disc as large as its share.
+class RingPicture : public Picture {
+ public:
+  RingPicture(std::shared_ptr<const Power> power, std::size_t cycle)
+      : power_(std::move(power)),
+        cycle_(power_->facts.cycles[cycle]),
+        share_(power_->share(cycle)),
+        ring_(pages::ringLayout(kSize, cycle_.order(), cycle_.order(), share_, power_->largestShare)) {}
+
+  QString title() const override { return cycleName(cycle_); }
+  QString description() const override {
+    const QString ring =
+        cycle_.isFixedPoint()
+            ? QString("Le point fixe")
+            : french(
+                  "Les %1 points du cycle, à partir du plus petit, en haut, dans le sens des "
+                  "aiguilles d'une montre")
+                  .arg(grouped(cycle_.order()));
+    if (!power_->isCounted()) return ring + ".";
+    return ring + french(" ; la surface du disque est sa part : %1 des nombres.")
+                      .arg(QString::fromStdString(pages::percentText(share_)));
+  }
+
+  void paint(QPainter& painter, QSizeF size, const Inks& inks, double) const override {
+    const double side = std::min(size.width(), size.height()) / kSize;  // of a unit of the layout
+    const QPointF centre = at(ring_.centre, size);
+    painter.setPen(inks.tree);
+    painter.setBrush(inks.area);
+    painter.drawEllipse(centre, ring_.disc * side, ring_.disc * side);
+    painter.setPen(QPen(inks.ring, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(centre, ring_.ring * side, ring_.ring * side);
+    painter.setPen(Qt::NoPen);
+    const bool fixed = cycle_.isFixedPoint();
+    painter.setBrush(fixed ? inks.fixed : inks.ring);
+    const auto order = static_cast<double>(cycle_.order());
+    if (!fixed && 2 * std::numbers::pi * ring_.ring * side / order < 4.5) return;
+    for (int i = 0; i < marks(); ++i) painter.drawEllipse(placeOf(i, size), fixed ? 5 : 3, fixed ? 5 : 3);
+    drawNumbers(painter, size, inks);
+  }
+
+  int marks() const override { return static_cast<int>(cycle_.order()); }
+  QPointF placeOf(int mark, QSizeF size) const override {
+    const double angle = 2 * std::numbers::pi * mark / static_cast<double>(cycle_.order());
+    return at({ring_.centre.x + ring_.ring * std::sin(angle), ring_.centre.y - ring_.ring * std::cos(angle)},
+              size);
+  }
+  QString nameOf(int mark) const override {
+    return french("Point %1 sur %2 : %3")
+        .arg(grouped(static_cast<std::size_t>(mark) + 1), grouped(cycle_.order()), numberOf(mark));
+  }
+  QString numberOf(int mark) const override {
+    return QString::fromStdString(cycle_.points()[static_cast<std::size_t>(mark)].text());
+  }
+
+ private:
+  static constexpr double kSize = 200;  // of the layout
+
+  // The points' numbers, where there is room for all of them inside the ring.
+  void drawNumbers(QPainter& painter, QSizeF size, const Inks& inks) const {
+    constexpr double kHeight = 12;
+    const QPointF centre = at(ring_.centre, size);
+    const QFontMetricsF metrics(painter.font());
+    const double radius = QLineF(centre, placeOf(0, size)).length();
+    const double widest = metrics.horizontalAdvance(QString::fromStdString(cycle_.greatest().text()));
+    if (cycle_.isFixedPoint() || widest > 0.6 * radius || marks() * 2 * kHeight > 4 * radius) return;
+    for (int i = 0; i < marks(); ++i) {
+      const QPointF out = (placeOf(i, size) - centre) / radius;
+      const QPointF room(widest / 2 + 8, kHeight);
+      drawHaloed(painter, inks, placeOf(i, size) - QPointF(out.x() * room.x(), out.y() * room.y()),
+                 numberOf(i), kHeight);
+    }
+  }
+
+  QPointF at(const pages::Place& place, QSizeF size) const {
+    const double side = std::min(size.width(), size.height());
+    return {(size.width() - side) / 2 + place.x / kSize * side,
+            (size.height() - side) / 2 + place.y / kSize * side};
+  }
+
+  std::shared_ptr<const Power> power_;
+  const atlas::Cycle& cycle_;
+  double share_;
+  pages::RingLayout ring_;
+};
 
 /// The rings of all cycles in rows, the largest first.
 class RingsPicture : public Picture {
@@ -113,6 +202,10 @@ class RingsPicture : public Picture {
 };
 
 }  // namespace
+
+std::shared_ptr<const Picture> ringPicture(std::shared_ptr<const Power> power, std::size_t cycle) {
+  return std::make_shared<RingPicture>(std::move(power), cycle);
+}
 
 std::shared_ptr<const Picture> ringsPicture(std::shared_ptr<const Power> power,
                                             const std::shared_ptr<const Path>& path) {

@@ -30,7 +30,7 @@ namespace zelvion {
 namespace {
 
 constexpr std::int32_t kLastCountedAtOnce = 20;
-constexpr int kPatience = 100;  // milliseconds that what was there before stays
+constexpr int kPatience = 100;  // milliseconds before old results are cleared
 
 QString percent(double share) { return QString::fromStdString(pages::percentText(share)); }
 QString duration(double seconds) { return QString::fromStdString(pages::durationText(seconds)); }
@@ -158,7 +158,7 @@ void AtlasWindow::chooseCycle() {
   points_->showText(std::move(points));
 }
 
-/// Ends all work; what is known stays.
+/// Cancels all computations; results stay.
 void AtlasWindow::interrupt() {
   if (following_.isRunning()) where_->setText(french("Interrompu. Entrée dans la case de p recommence."));
   following_.stop();
@@ -168,7 +168,7 @@ void AtlasWindow::interrupt() {
   showStanding();
 }
 
-/// Shows how the work stands, and what else can be asked for.
+/// Updates the progress, and the button for what can be computed next.
 void AtlasWindow::showStanding() {
   const bool isRunning = listing_.isRunning();
   const bool isLong = isRunning && (isCounting_ || listing_.seconds() * 1'000 >= kPatience);
@@ -203,7 +203,7 @@ void AtlasWindow::showStanding() {
   if (!isRunning && !following_.isRunning()) standing_.stop();
 }
 
-/// Shows what the pointer or the keys are at, or else what the picture says.
+/// Shows the name of the mark under the pointer or the keys, or else the picture's description.
 void AtlasWindow::readOut(const QString& name) {
   const auto picture = viewInUse()->picture();
   readout_->setText(name.isEmpty() && picture ? picture->description() : name);
@@ -219,7 +219,7 @@ void AtlasWindow::tell(const QString& sentence) {
   complaint_->setVisible(!sentence.isEmpty());
 }
 
-/// Goes on after an event that failed: what may have taken the memory is let go.
+/// Recovers from a failed event: frees what may have taken the memory.
 void AtlasWindow::recover(bool memory) {
   if (memory) {
     kept_ = KeptPowers();

@@ -45,7 +45,7 @@ class AtlasWindow : public QMainWindow {
   void makeMenu();
   void connectAll();
 
-  // What is asked and what is known.
+  // Requests and results.
   void askPower();
   void showPower(std::shared_ptr<const Power> power);
   void count();
@@ -60,7 +60,7 @@ class AtlasWindow : public QMainWindow {
   void recover(bool memory);
   void tell(const QString& sentence);
 
-  // What can be taken along.
+  // Exports.
   const PictureView* viewInUse() const;
   void savePicture();
   void saveList();

@@ -218,7 +218,7 @@ void AtlasWindow::connectAll() {
     connect(view, &PictureView::chosen, this, &AtlasWindow::follow);
     connect(view, &PictureView::named, this, &AtlasWindow::readOut);
   }
-  // Later, when the event that failed is over.
+  // Queued, since the failed event is still being handled.
   if (auto* application = qobject_cast<GuardedApplication*>(qApp)) {
     connect(application, &GuardedApplication::failed, this, &AtlasWindow::recover, Qt::QueuedConnection);
   }

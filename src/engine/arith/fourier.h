@@ -3,15 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 
-// Products of long numbers by transforms of complex numbers. Included by two files, one of them compiled for
-// AVX2, and each gets functions of its own. Nothing of the standard library's is used in here but types, as
-// in vector_image.cpp.
+// Products of long numbers by complex transforms. Two files include this, one of them compiled for AVX2, and
+// each gets its own functions. Only types of the standard library are used here, for the reason given in
+// vector_image.cpp.
 //
-// A number is a polynomial whose coefficients have four digits, from -5,000 to 5,000. Its product is worked
-// out modulo x^(2m) + 1, which is longer than it, and hence modulo x^m - i, with coefficients j and j + m as
-// the two parts of a complex one. Modulo x^(4q) - w^4 becomes modulo x^q - w, x^q + w, x^q - iw and x^q + iw,
-// and so on down to short polynomials, which are multiplied by columns; then all of it goes back (D. J.
-// Bernstein, "Multidigit multiplication for mathematicians", 2001).
+// A number is a polynomial whose coefficients have four digits, from -5,000 to 5,000. The product is computed
+// modulo x^(2m) + 1, of a higher degree than the product, and hence modulo x^m - i, with coefficients j and
+// j + m as the real and imaginary parts of one. Modulo x^(4q) - w^4 becomes modulo x^q - w, x^q + w, x^q - iw
+// and x^q + iw, and so on down to short polynomials, which are multiplied by columns; then all of it is
+// undone (D. J. Bernstein, "Multidigit multiplication for mathematicians", 2001).
 //
 // Why rounding gives the exact coefficients: let u = 2^-53. A complex product is off by at most sqrt(5) u of
 // its size (R. Brent, C. Percival and P. Zimmermann, "Error bounds on complex floating-point multiplication",
@@ -36,7 +36,7 @@ struct Root {
   double im;
 };
 
-/// Four complex numbers. Where the processor has no vectors so wide, the compiler takes narrower ones.
+/// Four complex numbers. On a processor without vectors this wide the compiler uses narrower ones.
 using Vector = double __attribute__((vector_size(32)));
 struct Complex {
   Vector re;
@@ -59,7 +59,7 @@ struct Roots {
   Complex first;  ///< for the stage across the lanes: the powers 0 to 3 of a root, one in each lane
 };
 
-/// A product to be worked out.
+/// A product to compute.
 struct Task {
   std::size_t size;            ///< a power of four, of 4 or more, times up to kMostLeaf
   std::uint32_t* limbs;        ///< 4 * size: the first factor with zeros behind it, which becomes the product
@@ -81,7 +81,7 @@ inline Complex operator*(const Complex& a, const Complex& b) {
 inline Complex conjugate(const Complex& a) { return {a.re, -a.im}; }
 inline Complex timesI(const Complex& a) { return {-a.im, a.re}; }
 
-// The whole number next to each lane, which is below 2^51: the sum has no bits left for the rest.
+// Rounds each lane, which is below 2^51: the sum has no bits left for the fraction.
 inline Vector rounded(const Vector& v) {
   constexpr double kShift = 0x1.8p52;
   return (v + kShift) - kShift;
@@ -112,7 +112,7 @@ inline void split(Complex* z, std::size_t q, const Factors& w) {
   }
 }
 
-// The other way round, times four.
+// The inverse, times four.
 inline void join(Complex* z, std::size_t q, const Factors& w) {
   const Complex back[3] = {conjugate(w.of[0]), conjugate(w.of[1]), conjugate(w.of[2])};
   for (std::size_t i = 0; i < q; ++i) {
@@ -248,8 +248,8 @@ inline void store(const Roots& roots, const Complex* z, std::uint32_t* limbs, st
       limbs[(lane + 4) * stride + i] = static_cast<std::uint32_t>(im[lane]);
     }
   }
-  // What a stream has to carry goes into the next one. Meanwhile the whole may be negative or too large:
-  // it is right modulo the power of ten behind the last limb.
+  // The carry out of a stream goes into the next one. Meanwhile the whole may be negative or too large: it is
+  // correct modulo the power of ten behind the last limb.
   for (std::size_t stream = 1; stream < 8; ++stream) {
     const Carry& left = stream > 4 ? carryIm : carryRe;
     const std::size_t lane = (stream - 1) % 4;

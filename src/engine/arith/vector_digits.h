@@ -6,8 +6,8 @@
 
 namespace zelvion {
 
-/// A factor in 16 bits for products: the compiler does not see that it is constant, and leaves them products
-/// instead of making shifts and sums of them, which take longer.
+/// A 16-bit factor that the compiler cannot see to be constant: it would turn the products into shifts and
+/// sums, which are slower.
 static inline __m256i factor(int value) {
   __m256i factors = _mm256_set1_epi16(static_cast<short>(value));
   asm("" : "+x"(factors));
@@ -15,8 +15,8 @@ static inline __m256i factor(int value) {
 }
 
 /// The digits of limbs of four digits, each in 16 bits: the upper two of a limb as two bytes, the higher
-/// digit first, and the lower two likewise. All quotients come of the limb itself, so that none waits for
-/// another.
+/// digit first, and the lower two likewise. All quotients are taken of the limb itself, so that none waits
+/// for another.
 struct VectorDigits {
   __m256i upper;
   __m256i lower;

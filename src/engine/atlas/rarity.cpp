@@ -9,7 +9,7 @@ namespace zelvion::atlas {
 namespace {
 
 constexpr std::uint64_t kDraws = 500;
-// The weights are level from kLevel / 10 times the mean of a count.
+// The weights are constant from kLevel / 10 times the mean of a count.
 constexpr std::uint64_t kLevel = 13;
 constexpr unsigned kFractionBits = 8;
 
@@ -22,8 +22,8 @@ Counts countsOf(const Decimal& number, int width) {
   return counts;
 }
 
-// The logarithm to base 2 of numerator / denominator, which is from 1 to 2^31, in units of 2^-kFractionBits,
-// cut off: squaring doubles a logarithm, so that its bits come out one by one.
+// The base-2 logarithm of numerator / denominator, which is from 1 to 2^31, in units of 2^-kFractionBits,
+// truncated. Squaring doubles a logarithm, so its bits come out one by one.
 unsigned logarithm(std::uint64_t numerator, std::uint64_t denominator) {
   constexpr unsigned kOne = 31;
   std::uint64_t x = (numerator << kOne) / denominator;
@@ -44,7 +44,7 @@ Rarity Rarity::of(std::int32_t k) {
   const int digits = rangeDigits(k);
   const std::array<Decimal, 10> powers = digitPowers(k);
   Counts totals{};
-  std::mt19937 generator;  // the standard says what it draws
+  std::mt19937 generator;  // the standard fixes its sequence
   for (std::uint64_t draw = 0; draw < kDraws; ++draw) {
     Counts counts{};
     for (int i = 0; i < digits; ++i) ++counts[generator() % 10];

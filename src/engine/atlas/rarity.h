@@ -7,8 +7,8 @@
 
 namespace zelvion::atlas {
 
-/// How far a multiset is from what images look like: the sum over the ten digits of a weight of their count.
-/// What is proven with it holds for any weights that never rise with the count; good ones save time.
+/// How unlike an image a multiset is: the sum over the ten digits of a weight for their count. The proofs
+/// hold for any weights that never increase with the count; good weights save time.
 struct Rarity {
   using Weight = std::uint16_t;
 
@@ -17,9 +17,9 @@ struct Rarity {
 
   static constexpr Weight kGreatestWeight = 0x7FFF;
 
-  /// Weights that suit the power `k`: the logarithm of how unlikely a count is where it has the distribution
-  /// of Poisson, level from a little above the mean. The means are those of images of images of drawn
-  /// numbers. All in integers, so that every machine has the same weights.
+  /// Weights that suit the power `k`: the negative logarithm of a count's probability under a Poisson
+  /// distribution, constant from a little above the mean. The means are sampled: from the second images of
+  /// random numbers. All in integers, so that every machine gets the same weights.
   static Rarity of(std::int32_t k);
 };
 

@@ -8,8 +8,8 @@
 
 namespace zelvion::atlas {
 
-/// A natural number below 2^192, exact: how many numbers there are of some kind. What would be greater is
-/// beyond it, and for the caller to avoid.
+/// A natural number below 2^192, exact: how many numbers there are of some kind. Overflow is not detected;
+/// the caller keeps below the limit.
 class Weight {
  public:
   Weight() = default;
@@ -21,7 +21,7 @@ class Weight {
     return *this;
   }
 
-  /// Takes `other`, which must not be greater, off this number.
+  /// Subtracts `other`, which must not be greater.
   Weight& operator-=(const Weight& other) {
     assert(high_ > other.high_ || (high_ == other.high_ && low_ >= other.low_));
     high_ -= other.high_ + (low_ < other.low_ ? 1 : 0);

@@ -14,9 +14,8 @@ std::optional<Return> CycleFinder::advance(std::int32_t last) {
       advanceText();
       continue;
     }
-    // Looking back takes a nanosecond for some ten steps, a step some ten nanoseconds and more: looking
-    // whenever there is an eighth more to look at costs little, and so do the steps after the return, which
-    // repeat what was worked out before.
+    // Looking back takes a nanosecond for some ten steps; a step takes ten nanoseconds and more. So looking
+    // each time the history has grown by an eighth costs little, and so do the steps past the return.
     constexpr std::int32_t kFewSteps = 64;
     advanceTo(std::min(last, step_ + std::max(kFewSteps, step_ / 8)));
     lookForReturn();

@@ -14,8 +14,8 @@ constexpr std::uint32_t kHalf = 1 << 16;
 
 }  // namespace
 
-// The images of all numbers that have a place have one themselves. At most 11,440 multisets of seven digits
-// lead to them, so that neither the steps before a cycle nor the cycles pass half a word.
+// The images of all numbers that have a place have one themselves. They come from at most 11,440 multisets of
+// seven digits, so that the length of a tail and the index of a cycle both fit half a word.
 SmallFalls::SmallFalls(std::int32_t k) : images_(k) {
   const std::size_t digits = images_.digitsBelow(kPlaces - 1);
   if (digits < kPlaceDigits) return;

@@ -24,7 +24,7 @@ struct Tails {
   const std::uint16_t* weights;  ///< of the tails, up to whole blocks
 };
 
-/// Whether this processor can do it.
+/// Whether this processor has AVX2.
 bool isSupported() noexcept;
 
 /// Puts the places of the tails into `places`, ascending, for which the weight of the digits of the whole

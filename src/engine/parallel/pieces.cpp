@@ -34,7 +34,7 @@ bool runPieces(std::size_t count, unsigned threads, Progress& progress,
     try {
       for (unsigned worker = 1; worker < useful; ++worker) others.emplace_back(run, worker);
     } catch (const std::system_error&) {
-      // Where the system gives no more threads, those that there are do the work.
+      // If the system refuses more threads, those that there are do the work.
     }
     run(0);
   }

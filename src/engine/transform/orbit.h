@@ -14,8 +14,8 @@ namespace zelvion {
 /// How sentences call the text of k.
 inline constexpr std::string_view kPowerName = "La puissance k";
 
-/// The digit-power transformation for one press of a button: k is read from its text when a digit is first
-/// worked on, and not again, and its powers are worked out once. For the four zero texts it is never read.
+/// The digit-power transformation for one press of a button: k is read from its text once, when the first
+/// digit is processed, and its powers are computed once. For the four zero texts it is never read.
 class DigitPower {
  public:
   /// `kText` is k as typed.

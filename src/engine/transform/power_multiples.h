@@ -20,9 +20,9 @@ inline std::array<Decimal, 10> digitPowers(std::int32_t k) {
   return powers;
 }
 
-/// The multiples of the powers of the digits, and the images that they add up to, of numbers of up to
-/// FixedSum<kLimbs>::kDigits digits. Transformation takes any number; this is what searches use that know how
-/// many digits there are.
+/// The multiples of the digits' powers, and the images that they add up to, for numbers of up to
+/// FixedSum<kLimbs>::kDigits digits. For searches that know how many digits there are; Transformation takes
+/// any number.
 template <std::size_t kLimbs>
 class PowerMultiples {
  public:

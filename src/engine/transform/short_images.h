@@ -7,8 +7,8 @@
 
 namespace zelvion {
 
-/// The images for one power k that fit a machine word, added up from a table for all groups of four digits: a
-/// few nanoseconds each, where numbers come by the million.
+/// The images for one power k that fit a machine word, summed from a table of all groups of four digits. For
+/// numbers by the million: an image takes a few nanoseconds.
 class ShortImages {
  public:
   /// `k` is at least 1.

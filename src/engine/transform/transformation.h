@@ -17,13 +17,13 @@ namespace zelvion {
 inline constexpr std::string_view kListSeparator = ", ";
 
 /// The digit-power transformation T for one power k: a number goes to the sum of the k-th powers of its
-/// digits. T depends on the silhouette alone, so an image is nine products of a count by a power that is
-/// kept.
+/// digits. T depends on the silhouette alone, so an image is nine products of a count by a precomputed
+/// power.
 class Transformation {
  public:
   /// An image with more digits than this is refused.
   static constexpr std::size_t kMaxImageDigits = 1'000'000;
-  /// The most digits that a silhouette may have in all for the fast path; above, each product is worked out
+  /// The most digits that a silhouette may have in all for the fast path; above it each product is computed
   /// on its own.
   static constexpr std::uint32_t kMaxCount = 1'000'000;
 
@@ -38,10 +38,10 @@ class Transformation {
   /// Appends the texts of the images of many silhouettes to `list`, kListSeparator before each. Throws as
   /// `apply`.
   void appendImages(std::span<const PackedSilhouette> silhouettes, std::string& list);
-  /// Goes from `silhouette` to the silhouettes of the images that follow, which go into `silhouettes`; the
-  /// last one goes into `silhouette`, too. Returns how many steps were taken: all of them as a rule, fewer or
-  /// none where an image is long or a count does not fit, which takes an `apply`. An `apply` to what any step
-  /// led to is not refused.
+  /// Iterates from `silhouette`: the silhouettes of the images go into `silhouettes`, the last one into
+  /// `silhouette`, too. Returns the number of steps taken: as a rule all of them; fewer, or none, where an
+  /// image is long or a count does not fit, which needs apply(). Calling apply() on any silhouette reached is
+  /// never refused.
   std::size_t iterate(Silhouette& silhouette, std::span<PackedSilhouette> silhouettes);
 
   /// The greatest k with which the image of a number with this silhouette has no more than `maxDigits`

@@ -1,6 +1,6 @@
-// Compiled for AVX2 where the processor may have it, and called only where it has. Nothing of the standard
-// library's is used in here but types: a function of it that the compiler does not inline would be shared
-// with the rest of the program.
+// Compiled for AVX2, and called only on a processor that has it. Only types of the standard library are used
+// here: a function of its own that is not inlined would be merged with the one in the rest of the program,
+// and run on any processor.
 #include "engine/transform/vector_image.h"
 
 #if defined(ZELVION_AVX2)
@@ -11,11 +11,10 @@
 #include <utility>
 
 #include "engine/arith/vector_digits.h"
+#include "engine/transform/vector_counts.h"
 
 namespace zelvion::vector_image {
 namespace {
-
-using Vector = __m256i;
 
 constexpr int kLimbBase = 10'000;
 
@@ -23,54 +22,8 @@ constexpr int kLimbBase = 10'000;
 constexpr int kMaxSum = 8 * 127 * (kLimbBase - 1) + 127;
 static_assert(kMaxCount * (kLimbBase - 1) < kMaxSum && kMaxSum < 1'024 * kLimbBase);
 
-// A call would take the vectors out of their registers.
+// A call would spill the vectors from their registers.
 #define ZELVION_INLINE [[gnu::always_inline]] inline
-
-/// A silhouette in vectors.
-struct Counts {
-  Vector low;   ///< the counts of the digits 1 to 8 in 16 bits each, twice
-  Vector nine;  ///< the count of the digit 9 in 32 bits, eight times
-};
-
-Counts load(const std::uint32_t* counts) {
-  // Read in halves: the caller has copied the silhouette so, and a load of 32 bytes right after two stores
-  // of 16 would wait until these have reached the cache.
-  const auto* halves = reinterpret_cast<const __m128i*>(counts);
-  const __m128i low = _mm_packus_epi32(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
-  return {_mm256_broadcastsi128_si256(low), _mm256_set1_epi32(static_cast<int>(counts[8]))};
-}
-
-void store(const Counts& from, std::uint32_t* counts) {
-  _mm256_storeu_si256(reinterpret_cast<Vector*>(counts),
-                      _mm256_cvtepu16_epi32(_mm256_castsi256_si128(from.low)));
-  counts[8] = static_cast<std::uint32_t>(_mm256_extract_epi32(from.nine, 0));
-}
-
-bool fitsWord(const Counts& counts) {
-  const Vector tooMuch = _mm256_set1_epi16(~127);
-  return _mm256_testz_si256(_mm256_or_si256(counts.low, counts.nine), tooMuch) != 0;
-}
-
-// Nine fields of seven bits: counts are joined in pairs twice over.
-std::uint64_t pack(const Counts& counts) {
-  const __m128i low = _mm256_castsi256_si128(counts.low);
-  const __m128i bytes = _mm_packus_epi16(low, low);
-  const __m128i pairs = _mm_maddubs_epi16(_mm_set1_epi16(static_cast<short>(1 | 128 << 8)), bytes);
-  const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(1 | 1 << 30));
-  const auto word = static_cast<std::uint64_t>(_mm_cvtsi128_si64(fours));
-  const auto nine = static_cast<std::uint64_t>(_mm256_extract_epi32(counts.nine, 0));
-  return (word & 0xFFFFFFFF) | word >> 32 << 28 | nine << 56;
-}
-
-Counts unpack(std::uint64_t packed) {
-  const Vector words = _mm256_set1_epi64x(static_cast<long long>(packed));
-  const Vector field = _mm256_set1_epi64x(127);
-  const Vector a = _mm256_and_si256(_mm256_srlv_epi64(words, _mm256_setr_epi64x(0, 7, 28, 35)), field);
-  const Vector b = _mm256_and_si256(_mm256_srlv_epi64(words, _mm256_setr_epi64x(14, 21, 42, 49)), field);
-  const Vector joined = _mm256_packus_epi32(a, b);
-  return {_mm256_permute4x64_epi64(_mm256_packus_epi32(joined, joined), 0b10'00'10'00),
-          _mm256_set1_epi32(static_cast<int>(packed >> 56))};
-}
 
 // The lanes of `vector` go one place up; the highest of `below` comes in.
 Vector shiftUp(Vector vector, Vector below) {
@@ -83,8 +36,8 @@ template <std::size_t kVectors>
 struct Limbs {
   Vector of[kVectors];
 
-  /// The sums of the products of counts and powers, with their carries handed on twice. Returns false where a
-  /// limb of 9,999 is handed one the second time, which would have to be handed on once more.
+  /// The sums of the products of counts and powers, with carries propagated twice. Returns false where the
+  /// second carry reaches a limb of 9,999, which would need a third.
   ZELVION_INLINE bool sum(const RowPair* rows, const Counts& counts) {
     const Vector pairs[kPairs] = {
         _mm256_shuffle_epi32(counts.low, 0x00), _mm256_shuffle_epi32(counts.low, 0x55),
@@ -102,9 +55,9 @@ struct Limbs {
       const Vector sum = _mm256_add_epi32(_mm256_add_epi32(_mm256_add_epi32(products[0], products[1]),
                                                            _mm256_add_epi32(products[2], products[3])),
                                           products[4]);
-      // A sum s is at most kMaxSum. (s + 1/2) / 10,000 is no nearer to a whole number than 1/20,000, the
-      // float 1e-4 makes it less by at most 1/38,000, and what is below 1,024 is then rounded by at most
-      // 1/32,768, from no side of a whole number to the other: the quotient is exact.
+      // A sum s is at most kMaxSum. (s + 1/2) / 10,000 is at least 1/20,000 away from an integer; the float
+      // 1e-4 lowers it by at most 1/38,000, and rounding moves what is below 1,024 by at most 1/32,768. So it
+      // never crosses an integer, and the quotient is exact.
       const Vector quotient = _mm256_cvttps_epi32(
           _mm256_fmadd_ps(_mm256_cvtepi32_ps(sum), _mm256_set1_ps(1e-4F), _mm256_set1_ps(0.5e-4F)));
       of[v] = _mm256_add_epi32(_mm256_sub_epi32(sum, _mm256_madd_epi16(quotient, base)),
@@ -148,61 +101,6 @@ struct Limbs {
   /// Writes all the digits, the highest first, up to `end`, and returns how many there are without zeros in
   /// front.
   ZELVION_INLINE std::size_t write(char* end) const;
-};
-
-/// What each digit adds to the counters of the digits 1 and 2, 3 and 4, ... and 9: 1 for the first of a pair,
-/// 16 for the second. Each half of a vector has the whole table.
-struct Ones {
-  alignas(32) std::int8_t bytes[kPairs][32];
-};
-constexpr Ones kOnes = [] {
-  Ones ones{};
-  for (int digit = 1; digit <= 9; ++digit) {
-    for (const int half : {0, 16}) ones.bytes[(digit - 1) / 2][half + digit] = digit % 2 == 1 ? 1 : 16;
-  }
-  return ones;
-}();
-
-/// Counts digits that stand in bytes. Each byte of a vector here counts two digits, in four bits each, of
-/// what stood in its place: as many vectors of digits as that holds may be added.
-class DigitCounter {
-  static_assert(kMaxVectors <= 15, "four bits count the vectors");
-
- public:
-  void add(Vector digits) {
-#pragma GCC unroll 5
-    for (std::size_t p = 0; p < kPairs; ++p) {
-      const Vector ones =
-          _mm256_shuffle_epi8(_mm256_load_si256(reinterpret_cast<const Vector*>(kOnes.bytes[p])), digits);
-      byPlace_[p] = _mm256_add_epi8(byPlace_[p], ones);
-    }
-  }
-
-  Counts sum() const {
-    const Vector low = _mm256_unpacklo_epi64(fours(0), fours(2));
-    const Vector high = _mm256_unpackhi_epi64(fours(0), fours(2));
-    const Vector nines = bothHalves(sumOf(byPlace_[4]));
-    return {bothHalves(_mm256_add_epi64(low, high)),
-            _mm256_add_epi32(_mm256_shuffle_epi32(nines, 0x00), _mm256_shuffle_epi32(nines, 0xAA))};
-  }
-
- private:
-  // The sums of the bytes' lower halves, in four lanes of 64 bits.
-  static Vector sumOf(Vector bytes) {
-    return _mm256_sad_epu8(_mm256_and_si256(bytes, _mm256_set1_epi8(15)), _mm256_setzero_si256());
-  }
-
-  static Vector bothHalves(Vector v) { return _mm256_add_epi64(v, _mm256_permute2x128_si256(v, v, 0x01)); }
-
-  // Four counts of 16 bits, in four lanes that are still to be added up.
-  Vector fours(std::size_t p) const {
-    const auto upper = [](Vector bytes) { return sumOf(_mm256_srli_epi16(bytes, 4)); };
-    return _mm256_or_si256(_mm256_or_si256(sumOf(byPlace_[p]), _mm256_slli_epi64(upper(byPlace_[p]), 16)),
-                           _mm256_or_si256(_mm256_slli_epi64(sumOf(byPlace_[p + 1]), 32),
-                                           _mm256_slli_epi64(upper(byPlace_[p + 1]), 48)));
-  }
-
-  Vector byPlace_[kPairs] = {};
 };
 
 // The digits of limbs in 32 bits each, those of a limb in its place.

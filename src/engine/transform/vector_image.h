@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Images of numbers of up to a few hundred digits, worked out with vectors of AVX2 from end to end. A vector
-/// holds eight limbs of four digits; the products by the powers, the carries and the counting of the digits
-/// all stay in vectors, which takes half the time of the same in words or less.
+/// Images of numbers of up to a few hundred digits, computed in AVX2 vectors from end to end. A vector holds
+/// eight limbs of four digits; products by the powers, carries and digit counts all stay in vectors, which
+/// takes at most half the time of the same in words.
 namespace zelvion::vector_image {
 
 constexpr std::size_t kVectorDigits = 32;
@@ -24,7 +24,7 @@ struct alignas(32) RowPair {
 /// A vector of the image takes five pairs: the powers of 1 and 2, of 3 and 4, ... and of 9 and nothing.
 constexpr std::size_t kPairs = 5;
 
-/// Whether this processor can do it.
+/// Whether this processor has AVX2.
 bool isSupported() noexcept;
 
 /// Puts the image of the silhouette `counts` into `limbs`, four limbs of eight digits for each vector, and

@@ -173,7 +173,7 @@ void refuse(Measure& measure, int length) {
                 button.click();
                 QApplication::processEvents();
               });
-  if (measure.answer.find("32766") == std::string::npos)
+  if (measure.answer.find("32\u202F766") == std::string::npos)
     throw std::logic_error("no refusal: " + measure.answer);
 }
 

@@ -45,7 +45,10 @@ struct FixedSum {
     return number;
   }
 
-  FixedSum& operator+=(const FixedSum& other) { return *this = *this + other; }
+  FixedSum& operator+=(const FixedSum& other) {
+    add(*this, other, *this);
+    return *this;
+  }
 
   /// Adds limb by limb. The sum of up to a thousand numbers is one again after carry().
   void addLimbs(const FixedSum& other) {
@@ -71,16 +74,10 @@ struct FixedSum {
   }
 
   friend FixedSum operator-(FixedSum a, const FixedSum& b) { return a -= b; }
-  // Not by a copy and +=: the searches are 3 % slower then.
+  // Neither by the other: a copy and += takes 3 % more of the searches, = and + a third more of the basins.
   friend FixedSum operator+(const FixedSum& a, const FixedSum& b) {
     FixedSum sum;
-    std::uint64_t carried = 0;
-    for (std::size_t i = 0; i + 1 < kLimbs; ++i) {
-      const std::uint64_t limb = a.limbs[i] + b.limbs[i] + carried;
-      carried = limb >= kBase ? 1 : 0;
-      sum.limbs[i] = limb - carried * kBase;
-    }
-    sum.limbs[kLimbs - 1] = a.limbs[kLimbs - 1] + b.limbs[kLimbs - 1] + carried;
+    add(a, b, sum);
     return sum;
   }
   friend bool operator==(const FixedSum&, const FixedSum&) = default;
@@ -89,6 +86,18 @@ struct FixedSum {
       if (a.limbs[i] != b.limbs[i]) return a.limbs[i] < b.limbs[i];
     }
     return false;
+  }
+
+ private:
+  // `sum` may be one of the two.
+  static void add(const FixedSum& a, const FixedSum& b, FixedSum& sum) {
+    std::uint64_t carried = 0;
+    for (std::size_t i = 0; i + 1 < kLimbs; ++i) {
+      const std::uint64_t limb = a.limbs[i] + b.limbs[i] + carried;
+      carried = limb >= kBase ? 1 : 0;
+      sum.limbs[i] = limb - carried * kBase;
+    }
+    sum.limbs[kLimbs - 1] = a.limbs[kLimbs - 1] + b.limbs[kLimbs - 1] + carried;
   }
 };
 

@@ -64,8 +64,8 @@ TEST_F(AtlasCalls, CyclesAreProvenAndCounted) {
   EXPECT_NE(few.out.find("10³ − 1, tous comptés\u00A0; des nombres plus grands, il n’est rien dit ici."),
             std::string::npos)
       << few.out;
-  EXPECT_EQ(callLine("cycles -k 16 --fils 1 --bassins").out,
-            callLine("cycles -k 16 --fils 3 --bassins --memoire 1").out);
+  EXPECT_EQ(callLine("cycles -k 13 --fils 1 --bassins").out,
+            callLine("cycles -k 13 --fils 3 --bassins --memoire 1").out);
 }
 
 TEST_F(AtlasCalls, RecordsGoOnBeyondTheNumbersCounted) {

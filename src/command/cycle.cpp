@@ -41,7 +41,7 @@ constexpr std::array kColumns = {
 
 [[noreturn]] void refuseEndless(std::int32_t limit) {
   throw Refusal("Aucun retour en " + std::to_string(limit) +
-                " pas. Pour aller plus loin, donnez un nombre de pas plus grand à l'option -n.");
+                " pas : pour aller plus loin, donnez un nombre de pas plus grand à l'option -n.");
 }
 
 // Which numbers a call keeps.

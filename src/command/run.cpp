@@ -1,5 +1,8 @@
 #include "command/run.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -22,6 +25,14 @@ namespace {
 constexpr std::array kSubcommands = {&kImage,       &kIterates, &kCycle,        &kSilhouette,
                                      &kAntecedents, &kRecords,  &kNarcissistic, &kFixedPoints,
                                      &kCycles,      &kAtlas,    &kVerify};
+
+// Whether a file or a pipe is the standard input, so that what is written there would be read again.
+bool isInput(const std::string& file) {
+  struct stat there {};
+  struct stat input {};
+  return ::stat(file.c_str(), &there) == 0 && ::fstat(STDIN_FILENO, &input) == 0 &&
+         there.st_dev == input.st_dev && there.st_ino == input.st_ino && !S_ISCHR(there.st_mode);
+}
 
 class Call {
  public:
@@ -83,7 +94,7 @@ class Call {
     const auto& operands = arguments.operands();
     const bool readsInput =
         operands.empty() ? subcommand_->readsInput : std::ranges::find(operands, "-") != operands.end();
-    if (isRegular && readsInput && std::filesystem::equivalent(file, "/dev/stdin", unknown))
+    if (readsInput && isInput(file))
       throw WrongCall("Le fichier « " + file +
                       " » est aussi l'entrée standard : donnez-en un autre à l'option -o.");
     return carryOut(arguments, stream, format, [&] {
@@ -156,8 +167,11 @@ class Call {
     return list;
   }
 
-  void tell(std::string_view sentence) {
-    environment_.err << pages::typeset("velmoire : " + std::string(sentence)) << std::endl;
+  // In one line, whatever the name of a file has in it.
+  void tell(std::string sentence) {
+    std::ranges::replace_if(
+        sentence, [](unsigned char c) { return c < 0x20 || c == 0x7F; }, ' ');
+    environment_.err << pages::typeset("velmoire : " + sentence) << std::endl;
   }
 
   std::span<const std::string> words_;
